@@ -1,0 +1,30 @@
+#pragma once
+
+// Key tables of the geodetic library. The dialogs identify geoid and post-correction
+// methods by index into GeoidmodelTypeKeys; see docs/geoid-methods.md for the table.
+constexpr int GeoidmodelTypeKeyCount = 32;
+extern const wchar_t* const GeoidmodelTypeKeys[GeoidmodelTypeKeyCount];
+
+// Entries of the DATA_PATH_SECTION section of ORV.ini.
+constexpr int PathKeyCount = 6;
+extern const wchar_t* const pathKeys[PathKeyCount];
+extern const wchar_t* const DATA_PATH_SECTION;
+
+// Names of projection parameters as the library stores them; ProjectionParamZoneKey and
+// ProjectionParamHemisphereKey index the UTM zone and hemisphere parameters.
+constexpr int ProjectionParamKeyCount = 20;
+extern const wchar_t* const projectionParamKeys[ProjectionParamKeyCount];
+constexpr int ProjectionParamZoneKey = 5;
+constexpr int ProjectionParamHemisphereKey = 6;
+
+// Geoid method indexes with a fixed role.
+namespace GeoidKey {
+constexpr int None = 0;
+constexpr int ManualSeparation = 1;
+constexpr int Egm96 = 2;
+constexpr int ChartDatum = 7; // vertical datum transformation with a chart datum
+constexpr int Osgm = 24;
+constexpr int Ostn = 25;
+constexpr int Gtx = 28;
+constexpr int Ntv2Shift = 29;
+} // namespace GeoidKey

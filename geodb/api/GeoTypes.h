@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <array>
+
+// Scope bit mask of the two databases: user-defined entries, pre-defined (read-only) entries.
+enum geodb_type : int { GEODB_USER = 1, GEODB_SYSTEM = 2, GEODB_ALL = 3 };
+
+// Datum transformation method indexes as the method list holds them.
+enum DtfMethodIndex : int {
+    DTF_NONE = 0,
+    DTF_7_POSITION_VECTOR = 1,   // seven values, rotation sign +1
+    DTF_7_COORDINATE_FRAME = 2,  // seven values, rotation sign -1
+    DTF_15_POSITION_VECTOR = 3,  // seven values, their yearly rates and the epoch, sign +1
+    DTF_15_COORDINATE_FRAME = 4, // the same with sign -1
+};
+
+// The fifteen values of a datum transformation: shifts X, Y, Z (m), rotations X, Y, Z
+// (arc-seconds), scale (ppm), the seven yearly rates in the same order, the epoch (year).
+using DtfValues = std::array<double, 15>;
+
+// Option byte of a datum transformation record.
+enum DtfOption : unsigned char {
+    // The values are those published for the direction local datum -> WGS 84; the
+    // transformation WGS 84 -> local applies them inverted (exact, unlike negating them).
+    DTF_OPTION_PUBLISHED_TO_WGS84 = 0x01,
+};
+
+// Six defining values of an ellipsoid, in this order: semi-major axis a (m), semi-minor
+// axis b (m), inverse flattening 1/f (0 for a sphere), flattening f, first eccentricity
+// squared e^2, second eccentricity squared e'^2.
+using EllipsoidValues = std::array<double, 6>;
+
+// Numeric values of a projection's parameters, in the order of its parameter names.
+// Angles (types 1 and 2) in decimal degrees, lengths (type 5) in the projection's unit.
+struct PrjParamBlock {
+    static constexpr int MaxParams = 9;
+    int count = 0;
+    std::array<double, MaxParams> values{};
+};
+
+// Type codes of projection parameters.
+enum PrjParamType : unsigned {
+    PRM_PLAIN = 0,     // plain number
+    PRM_LATITUDE = 1,  // angle shown as a latitude text
+    PRM_LONGITUDE = 2, // angle shown as a longitude text
+    PRM_HIDDEN = 3,    // kept with the projection, not shown (UTM zone, hemisphere)
+    PRM_SCALE = 4,     // scale factor, default 1.0
+    PRM_LENGTH = 5,    // length in the projection's unit
+};
+
+// Unit category of length units.
+constexpr int UNIT_CATEGORY_LENGTH = 8;

@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Installs the Debian packages the project needs (only those missing) and configures and
+# builds it in ./build. Sourced by run.sh and test.sh.
+set -euo pipefail
+
+ORV_ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+ORV_BUILD="${ORV_BUILD:-$ORV_ROOT/build}"
+
+ORV_PACKAGES=(
+    cmake ninja-build g++ pkg-config        # build
+    qt6-base-dev libqt6sql6-sqlite          # Qt Core, Gui, Widgets, Sql, Test + SQLite driver
+    libproj-dev proj-data proj-bin          # PROJ, its EPSG registry and grids; cs2cs for bench
+    libgtest-dev libbenchmark-dev           # tests and benchmarks
+)
+
+missing=()
+for pkg in "${ORV_PACKAGES[@]}"; do
+    dpkg-query -W -f='${Status}' "$pkg" 2>/dev/null | grep -q "install ok installed" || missing+=("$pkg")
+done
+if ((${#missing[@]})); then
+    echo "Installing: ${missing[*]}"
+    SUDO=""
+    [ "$(id -u)" -eq 0 ] || SUDO="sudo"
+    $SUDO apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive $SUDO apt-get install -y -qq --no-install-recommends "${missing[@]}"
+fi
+
+cmake -S "$ORV_ROOT" -B "$ORV_BUILD" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+cmake --build "$ORV_BUILD" --parallel "$(nproc)"
