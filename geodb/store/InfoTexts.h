@@ -1,0 +1,37 @@
+#pragma once
+
+#include "store/Records.h"
+
+#include <QString>
+#include <QStringList>
+
+// Information texts of stored entries, as a surveyor reads them in the information panes:
+// lines end in "\r\n", each indent level is one tab.
+namespace InfoTexts {
+
+// The datum transformation methods in index order (DtfMethodIndex).
+const QStringList& DtfMethodNames();
+// Index of a method name compared without regard to case; -1 when unknown.
+int DtfMethodIndex(const QString& name);
+// The method's name, or an empty string for an index outside the list.
+QString DtfMethodName(int index);
+// The name of a projection method id, or an empty string.
+QString PrjMethodName(int methodId);
+
+// First line a heading, then the six defining values and the EPSG code.
+QString Ellipsoid(const EllipsoidRecord& ellipsoid);
+// name + "\t" + description.
+QString UnitDescription(const UnitRecord& unit);
+QString Dtf(const DtfRecord& dtf);
+// With a system name, the text says which stored system uses the projection.
+QString Projection(const ProjectionRecord& projection, const QString& group = QString(),
+                   const QString& system = QString());
+// The parts that could not be found are named as missing.
+QString System(const SystemRecord& system, const DtfRecord* dtf, const ProjectionRecord* projection,
+               const UnitRecord* unit);
+
+// The short texts the overview and the command-line tool share.
+QString GeoidSummary(const SystemRecord& system);
+QString PostSummary(const PostCorrection& post, const QString& unitSuffix);
+
+} // namespace InfoTexts

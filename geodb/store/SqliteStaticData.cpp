@@ -1,0 +1,424 @@
+#include "store/SqliteStaticData.h"
+
+#include "api/ProjectionMethods.h"
+#include "store/InfoTexts.h"
+
+namespace {
+
+const QString NoneEntry = QStringLiteral("--None--");
+
+// The list entry "--None--" stands for no model.
+QString ModelText(const QString& text) {
+    return text == NoneEntry ? QString() : text;
+}
+
+QString Esc(const QString& text) {
+    return text.toHtmlEscaped();
+}
+
+QString Num(double value, int decimals) {
+    return QString::number(value, 'f', decimals);
+}
+
+} // namespace
+
+SqliteStaticData::SqliteStaticData(std::unique_ptr<GeoStore> store) : m_store(std::move(store)) {
+    Clear();
+}
+
+SqliteStaticData::~SqliteStaticData() = default;
+
+void SqliteStaticData::Clear() {
+    m_draft = SystemDraft{};
+    m_draft.system.satEllipsoid = QStringLiteral("WGS 84");
+    m_draft.unit.name.clear();
+    m_draft.unit.metersPerUnit = 1.0;
+    m_lastError.clear();
+}
+
+bool SqliteStaticData::LoadCoordSys(const QString& group, const QString& system) {
+    m_lastError.clear();
+    const auto def = m_store->LoadDefinition(group, system, &m_lastError);
+    if (!def)
+        return false;
+    SystemDraft d;
+    d.system = def->system;
+    d.localValues = def->localEllipsoid.values;
+    d.dtf = def->dtf;
+    d.dtfMethodName = InfoTexts::DtfMethodName(def->dtf.methodIndex);
+    d.projection = def->projection;
+    d.prjMethodName = InfoTexts::PrjMethodName(def->projection.methodId);
+    d.unit = def->unit;
+    d.utmMode =
+        !d.system.utmZoneText.isEmpty() || def->projection.methodId == ProjectionMethods::UtmId;
+    m_draft = d;
+    return true;
+}
+
+bool SqliteStaticData::SaveCoordSys() {
+    m_lastError.clear();
+    return SystemWriter::Save(*m_store, m_draft, &m_lastError);
+}
+
+void SqliteStaticData::GetDtfMethodNames(QStringList& out) {
+    out = InfoTexts::DtfMethodNames();
+}
+
+int SqliteStaticData::GetDtfMethodIndex(const QString& method) {
+    return InfoTexts::DtfMethodIndex(method);
+}
+
+void SqliteStaticData::GetPrjMethodNames(QStringList& out) {
+    out.clear();
+    for (const ProjectionMethods::Method& m : ProjectionMethods::All())
+        out << QString::fromUtf8(m.name);
+}
+
+int SqliteStaticData::GetPrjMethodId(const QString& prjMethodName) {
+    const ProjectionMethods::Method* m = ProjectionMethods::ByName(prjMethodName);
+    return m ? m->id : -1;
+}
+
+bool SqliteStaticData::IsUtmMethod(int prjMethodId) {
+    return prjMethodId == ProjectionMethods::UtmId;
+}
+
+void SqliteStaticData::AssignSystemName(const QString& name, const QString&) {
+    m_draft.system.name = name;
+}
+
+void SqliteStaticData::SetGroupName(const QString& group, const QString&) {
+    m_draft.system.group = group;
+}
+
+void SqliteStaticData::SetDtfName(const QString& name, const QString&) {
+    m_draft.dtf.name = name;
+}
+
+void SqliteStaticData::SelectLocalEllipsoid(const QString& ellipsoid, const QString&) {
+    m_draft.system.localEllipsoid = ellipsoid;
+    if (const auto e = m_store->FindEllipsoid(ellipsoid))
+        m_draft.localValues = e->values;
+}
+
+void SqliteStaticData::SetUnitName(const QString& unit, const QString&) {
+    m_draft.unit.name = unit;
+    if (const auto u = m_store->FindUnit(unit)) {
+        m_draft.unit.metersPerUnit = u->metersPerUnit;
+        m_draft.unit.suffix = u->suffix;
+        m_draft.unit.description = u->description;
+        m_draft.unit.category = u->category;
+    }
+}
+
+void SqliteStaticData::SetProjectionName(const QString& prjName, short methodId) {
+    m_draft.projection.name = prjName;
+    m_draft.projection.methodId = methodId;
+    if (const ProjectionMethods::Method* m = ProjectionMethods::ById(methodId))
+        m_draft.prjMethodName = QString::fromUtf8(m->name);
+}
+
+void SqliteStaticData::SetDtfExtraText(const QString& text) {
+    m_draft.dtf.extraText = text;
+}
+
+void SqliteStaticData::SetDtfMethod(const QString& method, int index) {
+    m_draft.dtfMethodName = method;
+    m_draft.dtf.methodIndex = index;
+}
+
+void SqliteStaticData::SetUnitDefinition(double metersPerUnit, const QString& description,
+                                         int category) {
+    m_draft.unit.metersPerUnit = metersPerUnit;
+    m_draft.unit.description = description;
+    m_draft.unit.category = category;
+}
+
+void SqliteStaticData::SetUnitFactor(double metersPerUnit) {
+    m_draft.unit.metersPerUnit = metersPerUnit;
+}
+
+void SqliteStaticData::SetDtfParameters(const DtfValues& values, unsigned char option,
+                                        double trailing1, double trailing2) {
+    m_draft.dtf.values = values;
+    m_draft.dtf.option = option;
+    m_draft.dtf.obsEpoch = trailing1;
+    m_draft.dtf.trailing2 = trailing2;
+}
+
+void SqliteStaticData::SetProjectionParameters(const PrjParamBlock& params,
+                                               const QStringList& values, const QStringList& names,
+                                               const QList<unsigned>& types) {
+    QList<PrjParamRecord> list;
+    for (int i = 0; i < names.size(); ++i) {
+        PrjParamRecord p;
+        p.name = names[i];
+        p.value = i < params.count && i < PrjParamBlock::MaxParams ? params.values[i] : 0.0;
+        p.valueText = i < values.size() ? values[i] : QString();
+        p.type = i < types.size() ? types[i] : PRM_PLAIN;
+        list << p;
+    }
+    m_draft.projection.params = list;
+}
+
+void SqliteStaticData::SetLocalEllipsoidValues(const EllipsoidValues& values) {
+    m_draft.localValues = values;
+}
+
+QString SqliteStaticData::GetAssignedGroupName(QString& out) {
+    return out = m_draft.system.group;
+}
+
+QString SqliteStaticData::GetAssignedSystemName(QString& out) {
+    return out = m_draft.system.name;
+}
+
+QString SqliteStaticData::GetCurrentDtfName(QString& out) {
+    return out = m_draft.dtf.name;
+}
+
+QString SqliteStaticData::GetLocalEllipsoidName(QString& out) {
+    return out = m_draft.system.localEllipsoid;
+}
+
+QString SqliteStaticData::GetSystemUnit(QString& out) {
+    return out = m_draft.unit.name;
+}
+
+void SqliteStaticData::GetCurrentUnitFactor(double& out) {
+    out = m_draft.unit.metersPerUnit;
+}
+
+void SqliteStaticData::SetDtfDescription(const QString& text) {
+    m_draft.dtf.description = text;
+}
+
+void SqliteStaticData::SetUnitSuffix(const QString& suffix) {
+    m_draft.unit.suffix = suffix;
+}
+
+QString SqliteStaticData::GetDtfDescription(QString& out) {
+    return out = m_draft.dtf.description;
+}
+
+QString SqliteStaticData::GetCurrentUnitDescription(QString& out) {
+    return out = m_draft.unit.description;
+}
+
+QString SqliteStaticData::GetOverviewText(QString& out) {
+    const SystemDraft& d = m_draft;
+    const SystemRecord& s = d.system;
+    auto row = [](const QString& label, const QString& valueHtml) {
+        return QStringLiteral("<tr><td><b>%1</b></td><td>%2</td></tr>").arg(label, valueHtml);
+    };
+    QString html =
+        QStringLiteral("<html><body><h3>%1</h3><table cellspacing=\"2\">").arg(Esc(s.name));
+    html += row(QStringLiteral("Group:"), Esc(s.group));
+    html += row(QStringLiteral("Satellite ellipsoid:"), Esc(s.satEllipsoid));
+    html +=
+        row(QStringLiteral("Local ellipsoid:"),
+            QStringLiteral("%1 (a = %2 m, 1/f = %3)")
+                .arg(Esc(s.localEllipsoid), Num(d.localValues[0], 3), Num(d.localValues[2], 9)));
+
+    const int method =
+        d.dtfMethodName.isEmpty() ? d.dtf.methodIndex : InfoTexts::DtfMethodIndex(d.dtfMethodName);
+    QString dtf =
+        QStringLiteral("%1<br>%2")
+            .arg(Esc(d.dtf.name), Esc(d.dtfMethodName.isEmpty() ? InfoTexts::DtfMethodName(method)
+                                                                : d.dtfMethodName));
+    if (method > DTF_NONE) {
+        const DtfValues& v = d.dtf.values;
+        dtf += QStringLiteral("<br>Shifts X, Y, Z: %1, %2, %3 m")
+                   .arg(Num(v[0], 6), Num(v[1], 6), Num(v[2], 6));
+        dtf += QStringLiteral("<br>Rotations X, Y, Z: %1, %2, %3 &quot;")
+                   .arg(Num(v[3], 6), Num(v[4], 6), Num(v[5], 6));
+        dtf += QStringLiteral("<br>Scale: %1 ppm").arg(Num(v[6], 6));
+        if (method >= DTF_15_POSITION_VECTOR) {
+            dtf += QStringLiteral("<br>Shift rates: %1, %2, %3 m/year")
+                       .arg(Num(v[7], 8), Num(v[8], 8), Num(v[9], 8));
+            dtf += QStringLiteral("<br>Rotation rates: %1, %2, %3 &quot;/year")
+                       .arg(Num(v[10], 8), Num(v[11], 8), Num(v[12], 8));
+            dtf += QStringLiteral("<br>Scale rate: %1 ppm/year<br>Epoch: %2")
+                       .arg(Num(v[13], 8), Num(v[14], 3));
+        }
+    }
+    html += row(QStringLiteral("Datum transformation:"), dtf);
+    html += row(QStringLiteral("Unit:"),
+                QStringLiteral("%1 (%2 m per unit)")
+                    .arg(Esc(d.unit.name), QString::number(d.unit.metersPerUnit, 'g', 12)));
+
+    QString prj = QStringLiteral("%1<br>%2").arg(Esc(d.projection.name), Esc(d.prjMethodName));
+    if (d.utmMode && !s.utmZoneText.isEmpty()) {
+        prj += QStringLiteral("<br>UTM zone: %1<br>Hemisphere: %2")
+                   .arg(Esc(s.utmZoneText.simplified()), Esc(s.utmHemisphereText));
+    } else {
+        for (const PrjParamRecord& p : d.projection.params) {
+            if (p.type == PRM_HIDDEN)
+                continue;
+            const QString value =
+                p.valueText.isEmpty() ? QString::number(p.value, 'g', 15) : p.valueText;
+            prj += QStringLiteral("<br>%1: %2").arg(Esc(p.name), Esc(value));
+        }
+    }
+    html += row(QStringLiteral("Projection:"), prj);
+
+    if (s.geoidOn && !s.geoidMethod.isEmpty()) {
+        QString geoid = Esc(s.geoidMethod);
+        if (s.geoidMethod.compare(QStringLiteral("Manual Separation"), Qt::CaseInsensitive) == 0)
+            geoid += QStringLiteral("<br>Separation: %1 m").arg(Num(s.geoidSeparation, 3));
+        if (!s.geoidFile.isEmpty())
+            geoid += QStringLiteral("<br>File: %1").arg(Esc(s.geoidFile));
+        html += row(QStringLiteral("Geoid model:"), geoid);
+        html += row(QStringLiteral("Chart datum:"),
+                    s.chartDatum.isEmpty() ? QStringLiteral("None") : Esc(s.chartDatum));
+    } else {
+        html += row(QStringLiteral("Geoid model:"), QStringLiteral("None"));
+    }
+    html +=
+        row(QStringLiteral("Post correction:"), Esc(InfoTexts::PostSummary(s.post, d.unit.suffix)));
+    html += QStringLiteral("</table></body></html>");
+    return out = html;
+}
+
+void SqliteStaticData::SelectSatelliteEllipsoid(const QString& ellipsoid) {
+    m_draft.system.satEllipsoid = ellipsoid;
+}
+
+QString SqliteStaticData::GetSatelliteEllipsoidName(QString& out) {
+    return out = m_draft.system.satEllipsoid;
+}
+
+void SqliteStaticData::SetProjectionMethod(const QString& methodName) {
+    m_draft.prjMethodName = methodName;
+    if (const ProjectionMethods::Method* m = ProjectionMethods::ByName(methodName))
+        m_draft.projection.methodId = m->id;
+}
+
+void SqliteStaticData::SetGeoidModelName(const QString& text) {
+    SetGeoidMethod(text);
+}
+
+void SqliteStaticData::SetGeoidModelFile(const QString& text) {
+    SetGeoidFile(text);
+}
+
+void SqliteStaticData::SetManualGeoidSeparation(double separation) {
+    m_draft.system.geoidSeparation = separation;
+}
+
+void SqliteStaticData::SetGeoidMethod(const QString& method) {
+    // Naming a model applies it; SetGeoidEnabled has the last word.
+    m_draft.system.geoidMethod = ModelText(method);
+    m_draft.system.geoidOn = !m_draft.system.geoidMethod.isEmpty();
+}
+
+void SqliteStaticData::SetGeoidFile(const QString& fileName) {
+    m_draft.system.geoidFile = fileName;
+}
+
+void SqliteStaticData::SetChartDatum(const QString& chartDatum) {
+    m_draft.system.chartDatum = ModelText(chartDatum);
+}
+
+QString SqliteStaticData::GetGeoidMethod(QString& out) {
+    return out = m_draft.system.geoidMethod;
+}
+
+QString SqliteStaticData::GetGeoidFile(QString& out) {
+    return out = m_draft.system.geoidFile;
+}
+
+QString SqliteStaticData::GetChartDatum(QString& out) {
+    return out = m_draft.system.chartDatum;
+}
+
+void SqliteStaticData::SetPostText1(const QString& text) {
+    SetPostModelName(text);
+}
+
+void SqliteStaticData::SetPostText2(const QString& text) {
+    SetPostModelFile(text);
+}
+
+void SqliteStaticData::SetPostTranslation(double e, double n, double z) {
+    m_draft.system.post.e = e;
+    m_draft.system.post.n = n;
+    m_draft.system.post.z = z;
+}
+
+void SqliteStaticData::GetPostTranslation(double& e, double& n, double& z) {
+    e = m_draft.system.post.e;
+    n = m_draft.system.post.n;
+    z = m_draft.system.post.z;
+}
+
+void SqliteStaticData::SetPostHorAdjust(double scale, double originE, double originN,
+                                        double rotation) {
+    PostCorrection& p = m_draft.system.post;
+    p.horScale = scale;
+    p.horOriginE = originE;
+    p.horOriginN = originN;
+    p.horRotation = rotation;
+}
+
+void SqliteStaticData::SetPostVertAdjust(double originE, double originN, double slopeE,
+                                         double slopeN) {
+    PostCorrection& p = m_draft.system.post;
+    p.vertOriginE = originE;
+    p.vertOriginN = originN;
+    p.vertSlopeE = slopeE;
+    p.vertSlopeN = slopeN;
+}
+
+void SqliteStaticData::SetPostModelFile(const QString& text) {
+    m_draft.system.post.modelFile = text;
+}
+
+QString SqliteStaticData::GetPostModelFile(QString& out) {
+    return out = m_draft.system.post.modelFile;
+}
+
+void SqliteStaticData::SetPostModelName(const QString& text) {
+    m_draft.system.post.modelName = ModelText(text);
+}
+
+QString SqliteStaticData::GetPostModelName(QString& out) {
+    return out = m_draft.system.post.modelName;
+}
+
+void SqliteStaticData::SetGeoidEnabled(bool on) {
+    m_draft.system.geoidOn = on;
+}
+
+void SqliteStaticData::SetPostTranslationOn(bool on) {
+    m_draft.system.post.on = on;
+}
+
+bool SqliteStaticData::IsPostTranslationOn() {
+    return m_draft.system.post.on;
+}
+
+void SqliteStaticData::SetPostHorAdjustOn(bool on) {
+    m_draft.system.post.horOn = on;
+}
+
+void SqliteStaticData::SetPostVertAdjustOn(bool on) {
+    m_draft.system.post.vertOn = on;
+}
+
+void SqliteStaticData::SetUtmZoneText(const QString& zoneText) {
+    m_draft.system.utmZoneText = zoneText;
+}
+
+void SqliteStaticData::SetUtmHemisphereText(const QString& hemisphereText) {
+    m_draft.system.utmHemisphereText = hemisphereText;
+}
+
+void SqliteStaticData::SetUtmMode(bool on) {
+    m_draft.utmMode = on;
+}
+
+bool SqliteStaticData::IsMethodUnitFree(int methodId) {
+    const ProjectionMethods::Method* m = ProjectionMethods::ById(methodId);
+    return m ? m->unitFree : true;
+}
