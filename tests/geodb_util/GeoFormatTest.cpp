@@ -27,6 +27,8 @@ bool parses(const QString& text, double& value) {
 TEST(FormatGeogs, WritesTheDocumentedLayouts) {
     const double lat = 52.0 + 30.0 / 60.0 + 15.1234567 / 3600.0;
     EXPECT_EQ(fmt(lat, 7, 7, 10), u"52°30'15.1234567\"N");
+    EXPECT_EQ(fmt(lat, 1, 7, 10), u"52°30.2520576'N");
+    EXPECT_EQ(fmt(lat, 0, 7, 10), u"52.5042010°N");
     EXPECT_EQ(fmt(-(3.0 + 0.5 / 3600.0), 7, 7, 11), u"003°00'00.5000000\"W");
     EXPECT_EQ(fmt(-3.5, 7, 2, 11, false, true), u"3°30'0.00\"W");
     EXPECT_EQ(fmt(-3.5, 7, 0, 11, true, false), u"-003°30'00\"");
@@ -205,4 +207,19 @@ TEST(StringToGeo, NeverCrashesOnRandomText) {
         }
     }
     EXPECT_GT(accepted, 0);
+}
+
+TEST(StringToGeo, NeverCrashesOnArbitraryUtf16) {
+    // Any code unit, lone surrogates included.
+    QRandomGenerator rng(11);
+    for (int i = 0; i < 20000; ++i) {
+        QString text;
+        const int length = static_cast<int>(rng.bounded(40));
+        for (int k = 0; k < length; ++k)
+            text += QChar(static_cast<char16_t>(rng.bounded(0x10000)));
+        double v = 7.0;
+        if (!StringToGeo(text, v)) {
+            ASSERT_EQ(v, 7.0);
+        }
+    }
 }
