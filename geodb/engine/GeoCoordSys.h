@@ -1,0 +1,59 @@
+#pragma once
+
+#include "api/OrvGeoCoordSysBase.h"
+#include "engine/PipelineBuilder.h"
+#include "store/GeoStore.h"
+
+#include <memory>
+#include <vector>
+
+struct pj_ctx;
+struct PJconsts;
+
+// The coordinate-system object: one PROJ pipeline per defined system, built once, with
+// its own PROJ context (objects may live on different threads).
+class GeoCoordSys final : public OrvGeoCoordSysBase {
+public:
+    // store: where DefineSystem reads systems; null for objects defined with Define only.
+    explicit GeoCoordSys(std::unique_ptr<GeoStore> store = nullptr);
+    ~GeoCoordSys() override;
+    GeoCoordSys(const GeoCoordSys&) = delete;
+    GeoCoordSys& operator=(const GeoCoordSys&) = delete;
+
+    bool DefineSystem(const QString& s1, const QString& s2, const QString& s3, const QString& s4,
+                      const QString& s5, const QString& s6, const QString& s7, const QString& s8,
+                      const QString& s9) override;
+    bool Forward(GeoPoint& point) override;
+    bool Inverse(GeoPoint& point) override;
+    std::size_t ForwardArray(GeoPoint* points, bool* ok, std::size_t count) override;
+    std::size_t InverseArray(GeoPoint* points, bool* ok, std::size_t count) override;
+    QString LastError() const override { return m_error; }
+
+    // Defines the system from a complete definition (tests, tools). options.projFolders
+    // empty: PROJ's own data folders.
+    bool Define(const SystemDefinition& definition, PipelineOptions options = {});
+
+    bool IsDefined() const { return m_pj != nullptr; }
+    // The PROJ pipeline of the defined system.
+    QString PipelineDefinition() const { return m_spec.definition; }
+    // True when the datum transformation depends on the observation epoch.
+    bool IsTimeDependent() const { return m_spec.timeDependent; }
+    const SystemDefinition& Definition() const { return m_definition; }
+
+    // The definition DefineSystem would use: the stored system with the overrides applied.
+    static void ApplyOverrides(SystemDefinition& def, const QString& geoidName,
+                               const QString& geoidFile, const QString& chartDatum,
+                               const QString& postName, const QString& postFile);
+
+private:
+    std::size_t Convert(int direction, GeoPoint* points, bool* ok, std::size_t count);
+    void Reset();
+
+    std::unique_ptr<GeoStore> m_store;
+    pj_ctx* m_ctx = nullptr;
+    PJconsts* m_pj = nullptr;
+    PipelineSpec m_spec;
+    SystemDefinition m_definition;
+    QString m_error;
+    std::vector<GeoPoint> m_backup; // the chunk being converted, to restore failed points
+};
