@@ -100,12 +100,6 @@ struct Box {
         // Line and point boxes keep a tiny area, so that containment still works for them.
         return std::max(lat, 1e-9) * std::max(lon, 1e-9);
     }
-    double Area() const {
-        double lon = 0;
-        for (const auto& [w, e] : Intervals())
-            lon += e - w;
-        return std::max(north - south, 1e-9) * std::max(lon, 1e-9);
-    }
     bool Intersects(const Box& other) const {
         if (!valid || !other.valid)
             return false;
@@ -118,9 +112,6 @@ struct Box {
             }
         }
         return false;
-    }
-    bool Contains(const Box& inner) const {
-        return Intersects(inner) && OverlapArea(inner) >= inner.Area() * (1 - 1e-9);
     }
     QList<std::pair<double, double>> Intervals() const {
         if (west <= east)
@@ -239,6 +230,8 @@ private:
 
     // value in unit uom, expressed in unit target (both of the same kind).
     std::optional<double> Convert(double value, int uom, int target) const {
+        if (uom == target)
+            return value; // exactly as published
         const auto from = m_uoms.value(uom).factor;
         const auto to = m_uoms.value(target).factor;
         if (!from || !to || *to == 0)
@@ -373,6 +366,26 @@ private:
             return false;
         while (q.next())
             m_crsDatums.insert(q.value(0).toInt(), q.value(1).toInt());
+        // A datum on a prime meridian other than Greenwich takes the transformations of its
+        // Greenwich twin, which EPSG links to it by a longitude rotation (method 9601).
+        if (!Select(q, QStringLiteral(
+                           "SELECT s.datum_code, t.datum_code FROM other_transformation o JOIN "
+                           "geodetic_crs s ON s.auth_name = o.source_crs_auth_name AND s.code = "
+                           "o.source_crs_code JOIN geodetic_crs t ON t.auth_name = "
+                           "o.target_crs_auth_name AND t.code = o.target_crs_code WHERE "
+                           "o.auth_name = 'EPSG' AND o.deprecated = 0 AND o.method_auth_name = "
+                           "'EPSG' AND o.method_code = '9601' AND s.datum_auth_name = 'EPSG' AND "
+                           "t.datum_auth_name = 'EPSG' ORDER BY CAST(o.code AS INTEGER)")))
+            return false;
+        while (q.next()) {
+            const int from = q.value(0).toInt();
+            const int to = q.value(1).toInt();
+            const Datum a = m_datums.value(from);
+            const Datum b = m_datums.value(to);
+            if (!m_greenwichTwins.contains(from) && a.ellipsoid == b.ellipsoid &&
+                a.primeMeridian != b.primeMeridian && m_primeMeridians.value(b.primeMeridian) == 0)
+                m_greenwichTwins.insert(from, to);
+        }
         if (!m_datums.contains(DatumWgs84)) {
             m_error = QStringLiteral("proj.db lacks the WGS 84 datum");
             return false;
@@ -676,8 +689,11 @@ private:
         const ProjectionMethods::Method* utm = ProjectionMethods::ById(ProjectionMethods::UtmId);
         for (int south = 0; south < 2; ++south) {
             for (int zone = 1; zone <= UtmZones::ZoneCount; ++zone) {
-                const QString name = m_prjNames.Unique(
-                    QStringLiteral("UTM Zone-%1%2").arg(zone).arg(south ? u'S' : u'N'), 0);
+                const QString name =
+                    m_prjNames.Unique(QStringLiteral("UTM Zone-%1%2")
+                                          .arg(zone)
+                                          .arg(south ? QStringLiteral("S") : QStringLiteral("N")),
+                                      0);
                 QList<Row> rows;
                 for (const ProjectionMethods::Param& param : utm->params) {
                     Row row{QString::fromLatin1(param.name), param.defaultValue, {}, param.type};
@@ -761,7 +777,8 @@ private:
                          name.contains(QLatin1String("longitude"), Qt::CaseInsensitive))
                     type = PRM_LONGITUDE;
                 else if (kind == QLatin1String("angle") &&
-                         name.contains(QLatin1String("latitude"), Qt::CaseInsensitive))
+                         name.contains(QLatin1String("latitude"), Qt::CaseInsensitive) &&
+                         !name.startsWith(QLatin1String("Co-latitude")))
                     type = PRM_LATITUDE;
                 if (rows.size() == PrjParamBlock::MaxParams)
                     break;
@@ -806,20 +823,39 @@ private:
         return name;
     }
 
-    // The datum transformation of a system: the ones whose area of use contains the
-    // system's come first, then those that overlap it; within each, the best published
-    // accuracy (unknown last), then the lowest EPSG code.
+    // The datum transformation of a system, ranked as PROJ ranks the candidates for an area
+    // of interest: those whose area of use meets the system's first, then the larger
+    // overlap (areas within 1 % count as equal), then the better published accuracy
+    // (unknown last), then the lower EPSG code.
     static const DtfCandidate* ChooseDtf(const QList<DtfCandidate>& candidates, const Box& area) {
-        auto rank = [&](const DtfCandidate& c) {
-            const int fit = c.box.Contains(area) ? 0 : c.box.Intersects(area) ? 1 : 2;
-            const double accuracy =
-                c.accuracy > 0 ? c.accuracy : std::numeric_limits<double>::infinity();
-            return std::make_tuple(fit, accuracy, c.code);
+        struct Rank {
+            bool meets;
+            double overlap;
+            double accuracy;
+            int code;
+        };
+        auto rankOf = [&](const DtfCandidate& c) {
+            return Rank{c.box.Intersects(area), c.box.OverlapArea(area),
+                        c.accuracy > 0 ? c.accuracy : std::numeric_limits<double>::infinity(),
+                        c.code};
+        };
+        auto better = [](const Rank& a, const Rank& b) {
+            if (a.meets != b.meets)
+                return a.meets;
+            if (std::abs(a.overlap - b.overlap) > 0.01 * std::max(a.overlap, b.overlap))
+                return a.overlap > b.overlap;
+            if (a.accuracy != b.accuracy)
+                return a.accuracy < b.accuracy;
+            return a.code < b.code;
         };
         const DtfCandidate* best = nullptr;
+        Rank bestRank{};
         for (const DtfCandidate& c : candidates) {
-            if (!best || rank(c) < rank(*best))
+            const Rank rank = rankOf(c);
+            if (!best || better(rank, bestRank)) {
                 best = &c;
+                bestRank = rank;
+            }
         }
         return best;
     }
@@ -854,8 +890,9 @@ private:
             const int axisUom = q.value(5).toInt();
             const Datum datum = m_datums.value(datumCode);
             const bool onWgs = m_wgsDatums.contains(datumCode);
-            const QList<DtfCandidate> candidates =
-                m_dtfsByDatum.value(onWgs ? DatumWgs84 : datumCode);
+            QList<DtfCandidate> candidates = m_dtfsByDatum.value(onWgs ? DatumWgs84 : datumCode);
+            if (candidates.isEmpty() && m_greenwichTwins.contains(datumCode))
+                candidates = m_dtfsByDatum.value(m_greenwichTwins.value(datumCode));
             if (datumCode == 0 || datum.deprecated || candidates.isEmpty() ||
                 !m_unitNames.contains(axisUom) || !m_ellipsoidNames.contains(datum.ellipsoid) ||
                 !m_primeMeridians.contains(datum.primeMeridian)) {
@@ -938,7 +975,8 @@ private:
     QHash<int, double> m_primeMeridians; // degrees
     QHash<int, Datum> m_datums;
     QSet<int> m_wgsDatums;
-    QHash<int, int> m_crsDatums; // geodetic CRS -> datum
+    QHash<int, int> m_crsDatums;      // geodetic CRS -> datum
+    QHash<int, int> m_greenwichTwins; // datum on another prime meridian -> Greenwich datum
     QHash<int, QString> m_ellipsoidNames;
     QHash<int, QString> m_unitNames;
     QHash<int, QList<DtfCandidate>> m_dtfsByDatum;

@@ -1,6 +1,7 @@
 #include "EpsgValues.h"
 
 #include <QHash>
+#include <QLocale>
 
 #include <cmath>
 
@@ -32,10 +33,21 @@ std::optional<double> SexagesimalToDegrees(double value, bool withSeconds) {
 QString FormatPlain(double value) {
     if (value == 0)
         value = 0; // no "-0.000000"
-    QString text = QString::number(value, 'f', 10);
-    const qsizetype keep = text.indexOf(u'.') + 7;
-    while (text.size() > keep && text.endsWith(u'0'))
-        text.chop(1);
+    // The shortest text that reads back as the same number ("5400088.438", not
+    // "5400088.4380000001"), cut to ten decimals, padded to six.
+    QString text = QString::number(value, 'f', QLocale::FloatingPointShortest);
+    qsizetype dot = text.indexOf(u'.');
+    if (dot < 0) {
+        text += u'.';
+        dot = text.size() - 1;
+    }
+    if (text.size() - dot - 1 > 10) {
+        text = QString::number(value, 'f', 10);
+        while (text.endsWith(u'0'))
+            text.chop(1);
+    }
+    while (text.size() - dot - 1 < 6)
+        text += u'0';
     return text;
 }
 

@@ -16,8 +16,8 @@ constexpr int UomSexagesimalDmsS = 9121; // DDD.MMSSsss as well
 // minutes or seconds of 60 and above.
 std::optional<double> SexagesimalToDegrees(double value, bool withSeconds = true);
 
-// A plain number as shown in parameter rows: ten decimals at most, trailing zeros dropped
-// but at least six decimals kept.
+// A plain number as shown in parameter rows: at most ten decimals, no trailing zeros beyond
+// the sixth decimal ("500000.000000", "0.999600", "1.0000135965").
 QString FormatPlain(double value);
 
 // The group of a system from the name of its area of use: the part before the first
