@@ -24,7 +24,6 @@
 #include <cmath>
 #include <filesystem>
 #include <limits>
-#include <numbers>
 
 namespace {
 
@@ -245,10 +244,9 @@ private:
             return EpsgValues::SexagesimalToDegrees(value, true);
         if (uom == EpsgValues::UomSexagesimalDm)
             return EpsgValues::SexagesimalToDegrees(value, false);
-        const auto factor = m_uoms.value(uom).factor;
-        if (!factor || m_uoms.value(uom).type != QLatin1String("angle"))
+        if (m_uoms.value(uom).type != QLatin1String("angle"))
             return std::nullopt;
-        return value * *factor * 180.0 / std::numbers::pi;
+        return Convert(value, uom, UomDegree); // by the ratio of proj.db's factors
     }
     int UsageOf(const QHash<int, Usage>& usages, int code, QString& area, QString& scope,
                 Box& box) const {
