@@ -1,0 +1,310 @@
+#include "wizard/WzdUtility.h"
+
+#include "api/GeoKeys.h"
+#include "api/OrvGeoStaticDataBase.h"
+#include "platform/DataExchange.h"
+#include "platform/UiInteraction.h"
+#include "resources/StringTable.h"
+#include "util/BrandingConfig.h"
+#include "util/FileObject.h"
+#include "util/GeoFormat.h"
+#include "util/PathUtils.h"
+
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMetaMethod>
+
+namespace {
+
+constexpr int kMaxProgramPath = 260;
+constexpr double kMinScaleFactor = 0.8;
+
+QString withSeparator(QString folder) {
+    if (!folder.endsWith(QLatin1Char('/')) && !folder.endsWith(QLatin1Char('\\')))
+        folder += QLatin1Char('/');
+    return folder;
+}
+
+bool hasMethod(const QObject* object, const char* signature) {
+    return object->metaObject()->indexOfMethod(signature) >= 0;
+}
+
+void setMask(QLineEdit* edit, const QString& mask) {
+    if (hasMethod(edit, "SetMask(QString)"))
+        QMetaObject::invokeMethod(edit, "SetMask", Q_ARG(QString, mask));
+    else
+        edit->setInputMask(QString()); // a plain edit takes no mask of this kind
+}
+
+QChar placeholderOf(const QLineEdit* edit) {
+    QChar placeholder = QLatin1Char('_');
+    if (hasMethod(edit, "GetPlaceholder()")) {
+        char c = '_';
+        QMetaObject::invokeMethod(const_cast<QLineEdit*>(edit), "GetPlaceholder",
+                                  Q_RETURN_ARG(char, c));
+        placeholder = QLatin1Char(c);
+    }
+    return placeholder;
+}
+
+bool isAngle(unsigned type) {
+    return type == 1 || type == 2;
+}
+
+} // namespace
+
+bool WzdUtility::GetCommonFolders(QString& dataFolder) {
+    const QString program = QCoreApplication::applicationFilePath();
+    if (program.isEmpty() || program.size() > kMaxProgramPath)
+        return false;
+    QString folder, name, extension;
+    SplitPath(program, folder, name, extension);
+    m_programFolder = folder;
+    m_programFileName = name + extension;
+    CheckAppPathForDevelopEnvironment(m_programFolder);
+
+    BrandingConfig& branding = BrandingConfig::Instance();
+    QString root;
+    if (!branding.GetRootProgramDataFolder(root))
+        return false;
+    FileObject ini;
+    if (!ini.FileOpen(branding.GetProgramDataFolder() + QStringLiteral("/ORV.ini"),
+                      FileObject::Read))
+        return false;
+
+    const QString section = QString::fromWCharArray(DATA_PATH_SECTION);
+    QString dataRoot;
+    ini.GetItem(section, QString::fromWCharArray(pathKeys[2]), dataRoot);
+    m_commonDataFolder = dataRoot;
+
+    bool useDefault = true;
+    bool flag = true;
+    if (ini.GetItem(section, QStringLiteral("UseDefaultCommonPath"), flag))
+        useDefault = flag;
+    if (useDefault) {
+        m_commonDataFolder =
+            withSeparator(m_commonDataFolder) + QStringLiteral("Projects Common Files");
+    } else {
+        QString common;
+        if (ini.GetItem(section, QString::fromWCharArray(pathKeys[4]), common))
+            m_commonDataFolder = common;
+    }
+    m_commonDataFolder = withSeparator(m_commonDataFolder);
+
+    QString dataEntry;
+    ini.GetItem(section, QString::fromWCharArray(pathKeys[1]), dataEntry);
+    dataFolder = withSeparator(withSeparator(dataRoot) + dataEntry);
+    return true;
+}
+
+void WzdUtility::FillMethodList(OrvGeoStaticDataBase* staticData, QComboBox* list) {
+    if (!staticData || !list)
+        return;
+    QStringList names;
+    staticData->GetDtfMethodNames(names);
+    list->clear();
+    list->addItems(names);
+    list->setCurrentIndex(names.isEmpty() ? -1 : 0);
+}
+
+bool WzdUtility::SelectDtfMethod(OrvGeoStaticDataBase* staticData, QComboBox* list,
+                                 const QString& method, int& index) {
+    if (!staticData || !list)
+        return false;
+    QStringList names;
+    staticData->GetDtfMethodNames(names);
+    index = staticData->GetDtfMethodIndex(method);
+    list->clear();
+    list->addItems(names);
+    list->setCurrentIndex(index >= 0 && index < names.size() ? index : -1);
+    return true;
+}
+
+int WzdUtility::ReduceDtfMethodList(OrvGeoStaticDataBase* staticData, QComboBox* list, int shift) {
+    if (!staticData || !list)
+        return shift;
+    QStringList names;
+    staticData->GetDtfMethodNames(names);
+    const int full = list->currentIndex() + shift;
+    int first = 0, last = 0, newShift = 0;
+    if (full == 0) {
+        first = last = newShift = 0;
+    } else if (full == 1 || full == 2) {
+        first = newShift = 1;
+        last = 2;
+    } else if (full == 3 || full == 4) {
+        first = newShift = 3;
+        last = 4;
+    } else {
+        return shift;
+    }
+    list->clear();
+    for (int i = first; i <= last && i < names.size(); ++i)
+        list->addItem(names[i]);
+    list->setCurrentIndex(full - first < list->count() ? full - first : -1);
+    return newShift;
+}
+
+bool WzdUtility::FillPrjMethodList(OrvGeoStaticDataBase* staticData, QComboBox* list,
+                                   QStringList& names) {
+    if (!staticData || !list)
+        return false;
+    names.clear();
+    staticData->GetPrjMethodNames(names);
+    list->clear();
+    list->addItems(names);
+    list->setCurrentIndex(names.isEmpty() ? -1 : 0);
+    return true;
+}
+
+bool WzdUtility::ResetParameterRows(QLabel* const* labels, QLineEdit* const* edits, int count) {
+    if (!labels || !edits)
+        return false;
+    for (int i = 0; i < count; ++i) {
+        if (labels[i]) {
+            labels[i]->setText(QString());
+            labels[i]->hide();
+        }
+        if (edits[i]) {
+            setMask(edits[i], QString());
+            edits[i]->setText(QStringLiteral("0.000000"));
+            edits[i]->hide();
+        }
+    }
+    return true;
+}
+
+void WzdUtility::ShowValues(QLineEdit* const* edits, const double* values, int count) {
+    if (!edits || !values)
+        return;
+    for (int i = 0; i < count; ++i) {
+        if (!edits[i])
+            continue;
+        const int decimals = i < 7 ? 6 : i < 14 ? 8 : 3;
+        edits[i]->setText(QString::asprintf("%.*f", decimals, values[i]));
+    }
+}
+
+QString WzdUtility::RowLabel(const QString& paramName) {
+    return paramName + QLatin1Char(':');
+}
+
+QString WzdUtility::MaskForType(unsigned type) {
+    // the shapes FormatGeogs writes with seven decimals, fixed width and a hemisphere letter
+    if (type == 1)
+        return QStringLiteral("##\u00b0##'##.#######\"?");
+    if (type == 2)
+        return QStringLiteral("###\u00b0##'##.#######\"?");
+    return QString();
+}
+
+int WzdUtility::LayoutParameterRows(QLabel* const* labels, QLineEdit* const* edits,
+                                    const QStringList& names, const QStringList& values,
+                                    const QList<unsigned>& types) {
+    m_rowCount = 0;
+    m_rowParams.clear();
+    m_rowTypes.clear();
+    if (!labels || !edits)
+        return 0;
+    ResetParameterRows(labels, edits, kMaxRows);
+    for (int p = 0; p < names.size() && m_rowCount < kMaxRows; ++p) {
+        const unsigned type = p < types.size() ? types[p] : 0;
+        if (type == 3)
+            continue;
+        const int row = m_rowCount++;
+        m_rowParams << p;
+        m_rowTypes << type;
+        const QString value = p < values.size() ? values[p].trimmed() : QString();
+        QString text = value;
+        if (isAngle(type)) {
+            double degrees = 0.0;
+            if (!ParseNumber(value, degrees) && !StringToGeo(value, degrees))
+                degrees = 0.0;
+            text = FormatAngle(degrees, type == 1 ? 10 : 11);
+        } else if (type == 4 && value.isEmpty()) {
+            text = QStringLiteral("1.000000");
+        } else if (value.isEmpty()) {
+            text = QStringLiteral("0.000000");
+        }
+        if (labels[row]) {
+            labels[row]->setText(RowLabel(names[p]));
+            labels[row]->show();
+        }
+        if (edits[row]) {
+            setMask(edits[row], MaskForType(type));
+            if (hasMethod(edits[row], "SetText(QString)"))
+                QMetaObject::invokeMethod(edits[row], "SetText", Q_ARG(QString, text));
+            else
+                edits[row]->setText(text);
+            edits[row]->setEnabled(true);
+            edits[row]->show();
+        }
+    }
+    return m_rowCount;
+}
+
+bool WzdUtility::ReadParameterRows(QLineEdit* const* edits, QList<double>& numbers,
+                                   QWidget* parent) {
+    numbers.clear();
+    if (!edits)
+        return false;
+    for (int row = 0; row < m_rowCount; ++row) {
+        QLineEdit* edit = edits[row];
+        if (!edit)
+            return false;
+        const unsigned type = m_rowTypes.value(row);
+        double value = 0.0;
+        if (isAngle(type)) {
+            value = ReadAngle(edit);
+        } else if (!ParseNumber(edit->text(), value)) {
+            GetUi().MessageBox(parent, DataExchangeNumberMessage(), QString(), MsgButtons::Ok);
+            edit->setFocus();
+            return false;
+        }
+        if (type == 4 && !(value > kMinScaleFactor)) {
+            GetUi().MessageBox(parent, LoadMessage(StrId::ScaleFactorTooSmall), QString(),
+                               MsgButtons::Ok);
+            edit->setFocus();
+            return false;
+        }
+        numbers << value;
+    }
+    return true;
+}
+
+double WzdUtility::ReadAngle(const QLineEdit* edit) {
+    if (!edit)
+        return 0.0;
+    QString text = edit->text();
+    text.remove(placeholderOf(edit));
+    double value = 0.0;
+    if (!StringToGeo(text, value))
+        return 0.0;
+    return value;
+}
+
+QString WzdUtility::FormatAngle(double value, int kind) {
+    QString text;
+    FormatGeogs(value, 7, 7, kind, text, true, true);
+    return text;
+}
+
+QString WzdUtility::FormatLatitude(double value) {
+    return FormatAngle(value, 10);
+}
+
+QString WzdUtility::FormatLongitude(double value) {
+    return FormatAngle(value, 11);
+}
+
+QString WzdUtility::LoadMessage(int id) {
+    return LoadOrvString(id);
+}
+
+QString WzdUtility::LoadMessage(const QString& id) {
+    bool ok = false;
+    const int number = id.trimmed().toInt(&ok);
+    return ok ? LoadOrvString(number) : QString();
+}

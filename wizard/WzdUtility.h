@@ -1,0 +1,88 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+class OrvGeoStaticDataBase;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QWidget;
+
+// The toolbox the wizard pages and the editor share: the program and common data folders,
+// the method lists, the rows of numeric parameter edits, value formats and message texts.
+//
+// Parameter rows are edits that may carry a mask: an edit whose class offers the invokable
+// methods SetMask(QString) and GetPlaceholder() is driven through them (the masked numeric
+// edit); a plain QLineEdit has its mask cleared through Qt's input mask.
+class WzdUtility {
+public:
+    static constexpr int kMaxRows = 9;
+
+    // Reads ORV.ini of the program-data folder: the common data folder (kept, see
+    // GetCommonDataFolder) and the data folder (out). False when the program path, the
+    // root program-data folder or the settings file is missing.
+    bool GetCommonFolders(QString& dataFolder);
+    // The folder of the running program (ending in a separator), its file name and the
+    // common data folder (ending in a separator) of the last GetCommonFolders.
+    QString GetProgramFolder() const { return m_programFolder; }
+    QString GetProgramFileName() const { return m_programFileName; }
+    QString GetCommonDataFolder() const { return m_commonDataFolder; }
+
+    // The datum transformation methods of the static data, the first selected.
+    void FillMethodList(OrvGeoStaticDataBase* staticData, QComboBox* list);
+    // Refills the list and selects method; index gets its index. False without static data
+    // or list.
+    bool SelectDtfMethod(OrvGeoStaticDataBase* staticData, QComboBox* list, const QString& method,
+                         int& index);
+    // Narrows the list to the family of the selected method (selection + shift is the index
+    // in the full list): 0 alone, 1 and 2, or 3 and 4. Returns the new shift.
+    int ReduceDtfMethodList(OrvGeoStaticDataBase* staticData, QComboBox* list, int shift);
+    // The projection methods of the static data, the first selected; names gets them.
+    bool FillPrjMethodList(OrvGeoStaticDataBase* staticData, QComboBox* list, QStringList& names);
+
+    // Empties and hides the first count rows: no label, no mask, "0.000000".
+    bool ResetParameterRows(QLabel* const* labels, QLineEdit* const* edits, int count);
+    // Datum transformation values: seven with six decimals, seven rates with eight, then
+    // three decimals.
+    void ShowValues(QLineEdit* const* edits, const double* values, int count);
+
+    // Lays out the rows of a projection method: one row per parameter, labelled with its
+    // name; parameters of type 3 get no row; angle rows (types 1, 2) show the angle text
+    // with an angle mask; scale rows (type 4) show "1.000000" when no value is given.
+    // Unused rows are hidden. Returns the number of rows used (also RowCount()).
+    int LayoutParameterRows(QLabel* const* labels, QLineEdit* const* edits,
+                            const QStringList& names, const QStringList& values,
+                            const QList<unsigned>& types);
+    int RowCount() const { return m_rowCount; }
+    // Per used row: the parameter it shows (index into the names) and its type.
+    QList<int> RowParams() const { return m_rowParams; }
+    QList<unsigned> RowTypes() const { return m_rowTypes; }
+    // The label of a parameter row and the mask of a row type.
+    static QString RowLabel(const QString& paramName);
+    static QString MaskForType(unsigned type);
+    // Reads the used rows back as numbers (angles in degrees). A row that is no number,
+    // and a scale factor not bigger than 0.8, are refused with a message (parent: the
+    // message's owner); the failing row is focused.
+    bool ReadParameterRows(QLineEdit* const* edits, QList<double>& numbers, QWidget* parent);
+
+    // Angles: the text without mask placeholders through StringToGeo (0.0 when it is no
+    // angle); formatting through FormatGeogs as latitude (kind 10) or longitude (kind 11).
+    static double ReadAngle(const QLineEdit* edit);
+    static QString FormatLatitude(double value);
+    static QString FormatLongitude(double value);
+    static QString FormatAngle(double value, int kind);
+
+    // The text of a string table entry; empty for an unknown id.
+    static QString LoadMessage(int id);
+    static QString LoadMessage(const QString& id);
+
+private:
+    QString m_programFolder;
+    QString m_programFileName;
+    QString m_commonDataFolder;
+    int m_rowCount = 0;
+    QList<int> m_rowParams;
+    QList<unsigned> m_rowTypes;
+};
