@@ -1,0 +1,74 @@
+#include "Screenshots.h"
+
+#include "api/OrvGeoFactories.h"
+#include "wizard/GeoWizard.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QImage>
+
+namespace {
+
+void settle() {
+    // posted button requests and layout work
+    for (int i = 0; i < 3; ++i)
+        QApplication::processEvents();
+}
+
+bool save(QWidget& widget, const QString& path) {
+    settle();
+    return widget.grab().toImage().save(path, "PNG");
+}
+
+} // namespace
+
+QStringList RenderScreenshots(const QString& folder, const QString& dataSource, QString& error) {
+    QStringList written;
+    QDir dir(folder);
+    if (!dir.mkpath(QStringLiteral("."))) {
+        error = QStringLiteral("cannot create the folder %1").arg(folder);
+        return written;
+    }
+
+    GeoWizard wizard(QStringLiteral("Coordinate System"));
+    wizard.SetDllType(dataSource);
+    wizard.show();
+    settle();
+    if (!wizard.IsInitialised()) {
+        QString reason = OrvGeoDatabaseBaseList::GetGeoDatabaseList().LastError();
+        if (reason.isEmpty())
+            reason = OrvGeoStaticDatabaseList::GetGeoStaticDataList().LastError();
+        error = QStringLiteral("the wizard could not open its database \"%1\": %2")
+                    .arg(dataSource, reason);
+        return written;
+    }
+
+    // Every page once, each in a page list that holds it, shown where that list puts it.
+    struct Shot {
+        int code; // page-set code, -1 for the list the wizard starts with
+        int page;
+    };
+    const Shot shots[] = {{-1, 0}, {1, 1},  {-1, 2}, {-1, 3},  {31, 4},  {-1, 5},  {-1, 6},
+                          {-1, 7}, {-1, 8}, {-1, 9}, {-1, 10}, {-1, 11}, {-1, 12}, {-1, 13}};
+    int currentCode = -1;
+    for (const Shot& shot : shots) {
+        if (shot.code != currentCode) {
+            if (shot.code < 0)
+                wizard.SetSkipGeoid(false);
+            else
+                wizard.ReSetPages(shot.code);
+            currentCode = shot.code;
+        }
+        const int index = wizard.GetPageIndex(wizard.GetWizardPage(shot.page));
+        if (index < 0 || !wizard.SetActivePage(index))
+            continue;
+        const QString path = dir.filePath(
+            QStringLiteral("wizard-page%1.png").arg(shot.page, 2, 10, QLatin1Char('0')));
+        if (save(wizard, path))
+            written << path;
+    }
+    wizard.hide();
+    if (written.isEmpty())
+        error = QStringLiteral("no page could be rendered");
+    return written;
+}

@@ -1,0 +1,68 @@
+#include "Screenshots.h"
+
+#include "wizard/GeoWizard.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QTemporaryDir>
+#include <QTextStream>
+
+#include <cstdio>
+
+int main(int argc, char** argv) {
+    // Screenshots need no display: choose the offscreen platform before Qt starts, unless
+    // the caller chose one.
+    for (int i = 1; i < argc; ++i)
+        if (QByteArray(argv[i]) == "--screenshots" &&
+            qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("orv-coordsys"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Coordinate System"));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("Coordinate systems of the survey package: choose, create and edit them."));
+    parser.addHelpOption();
+    QCommandLineOption screenshots(QStringLiteral("screenshots"),
+                                   QStringLiteral("Render every dialog to PNG files in <folder> "
+                                                  "(offscreen) and exit."),
+                                   QStringLiteral("folder"));
+    QCommandLineOption dataSource(
+        QStringLiteral("data-source"),
+        QStringLiteral("Data source of the dialogs: empty for the default databases, "
+                       "sqlite:<folder> for a user database in <folder>. Screenshots use a "
+                       "fresh temporary folder unless this is given."),
+        QStringLiteral("string"));
+    parser.addOption(screenshots);
+    parser.addOption(dataSource);
+    parser.process(app);
+
+    QTextStream err(stderr);
+    QTextStream out(stdout);
+
+    if (parser.isSet(screenshots)) {
+        QTemporaryDir scratch;
+        QString source = parser.value(dataSource);
+        if (!parser.isSet(dataSource))
+            source = QStringLiteral("sqlite:") + scratch.path();
+        QString error;
+        const QStringList files = RenderScreenshots(parser.value(screenshots), source, error);
+        for (const QString& file : files)
+            out << file << '\n';
+        if (files.isEmpty()) {
+            err << "orv-coordsys: " << error << '\n';
+            return 1;
+        }
+        return 0;
+    }
+
+    // Until the selection dialog is there, the program runs the wizard (what its Add does).
+    GeoWizard wizard(QStringLiteral("Coordinate System"));
+    wizard.SetDllType(parser.value(dataSource));
+    const int result = wizard.DoModal();
+    if (result == PropertySheet::ID_WIZFINISH)
+        out << wizard.GetGroupName() << '\t' << wizard.GetSystemName() << '\n';
+    return 0;
+}
