@@ -21,8 +21,13 @@ std::vector<std::pair<QSqlDatabase, int>> Databases(const GeoStore& store, int s
 bool Run(QSqlQuery& q, const QString& sql, const QVariantList& values) {
     if (!q.prepare(sql))
         return false;
-    for (const QVariant& value : values)
-        q.addBindValue(value);
+    for (const QVariant& value : values) {
+        // A null QString binds as SQL NULL; the text columns hold '' for "no text".
+        if (value.typeId() == QMetaType::QString && value.toString().isNull())
+            q.addBindValue(QString::fromLatin1(""));
+        else
+            q.addBindValue(value);
+    }
     return q.exec();
 }
 
