@@ -1,0 +1,258 @@
+// orv-geodb: a command-line view of the coordinate-system database.
+
+#include "api/OrvGeoFactories.h"
+#include "store/GeoStore.h"
+#include "store/StoreSql.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QTextStream>
+
+#include <memory>
+
+namespace {
+
+constexpr int ExitOk = 0;
+constexpr int ExitFailed = 1; // unknown name, data source cannot be opened
+constexpr int ExitUsage = 2;  // bad arguments
+
+const char* const Usage = R"(Usage: orv-geodb [--data <data-source>] <command>
+
+Commands:
+  groups [--scope user|system|all]   the groups of coordinate systems and their system counts
+  systems <group>                    the coordinate systems of one group
+  info system <group> <system>       the information text of a stored coordinate system
+  info ellipsoid <name>              the defining values of an ellipsoid
+  info dtf <name>                    a datum transformation
+  info projection <name>             a projection and its parameters
+  info unit <name>                   a unit
+  stats                              what each database holds
+
+Options:
+  --data <data-source>   "" (default): the installed system database and the user database in
+                         the user's data folder; "sqlite:<folder>" keeps the user database in
+                         <folder>; "sqlite:<folder>;system=<file>" also names the system database
+  --scope <scope>        user, system or all (default all)
+  -h, --help             this text
+)";
+
+QTextStream& Out() {
+    static QTextStream stream(stdout);
+    return stream;
+}
+
+QTextStream& Err() {
+    static QTextStream stream(stderr);
+    return stream;
+}
+
+int Fail(int code, const QString& message) {
+    Err() << "orv-geodb: " << message << Qt::endl;
+    if (code == ExitUsage)
+        Err() << "Run \"orv-geodb --help\" for the commands." << Qt::endl;
+    return code;
+}
+
+// Information texts end their lines in CR LF for the dialogs; a terminal wants LF.
+void PrintText(const QString& text) {
+    QString plain = text;
+    plain.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    Out() << plain;
+    if (!plain.endsWith(QLatin1Char('\n')))
+        Out() << '\n';
+}
+
+int ListGroups(OrvGeoDatabaseBase& db, const QString& scopeName) {
+    int scope = GEODB_ALL;
+    if (scopeName == QLatin1String("user"))
+        scope = GEODB_USER;
+    else if (scopeName == QLatin1String("system"))
+        scope = GEODB_SYSTEM;
+    else if (!scopeName.isEmpty() && scopeName != QLatin1String("all"))
+        return Fail(
+            ExitUsage,
+            QStringLiteral("Unknown scope \"%1\": use user, system or all.").arg(scopeName));
+    QStringList groups;
+    db.GetGroupNames(groups, scope);
+    const QString where = scope == GEODB_USER     ? QStringLiteral("the user database")
+                          : scope == GEODB_SYSTEM ? QStringLiteral("the system database")
+                                                  : QStringLiteral("the system and user databases");
+    if (groups.isEmpty()) {
+        Out() << "No groups of coordinate systems in " << where << ".\n";
+        return ExitOk;
+    }
+    QList<int> counts;
+    qsizetype width = 0;
+    int total = 0;
+    for (const QString& group : groups) {
+        QStringList systems;
+        db.GetSystemNames(systems, group);
+        counts << int(systems.size());
+        total += int(systems.size());
+        width = std::max(width, group.size());
+    }
+    width = std::min<qsizetype>(width, 60);
+    Out() << groups.size() << (groups.size() == 1 ? " group" : " groups") << " with " << total
+          << (total == 1 ? " coordinate system" : " coordinate systems") << " in " << where
+          << ":\n\n";
+    for (int i = 0; i < groups.size(); ++i) {
+        Out() << "  " << groups[i].leftJustified(width) << "  " << qSetFieldWidth(5) << counts[i]
+              << qSetFieldWidth(0) << (counts[i] == 1 ? " system" : " systems") << '\n';
+    }
+    return ExitOk;
+}
+
+int ListSystems(OrvGeoDatabaseBase& db, const QString& group) {
+    if (!db.GroupNameExists(group))
+        return Fail(ExitFailed, QStringLiteral("There is no group \"%1\".").arg(group));
+    QStringList systems;
+    db.GetSystemNames(systems, group);
+    for (const QString& system : systems)
+        Out() << system << '\n';
+    return ExitOk;
+}
+
+int Info(OrvGeoDatabaseBase& db, const QStringList& args) {
+    const QString kind = args.value(1);
+    QString text;
+    if (kind == QLatin1String("system")) {
+        if (args.size() != 4)
+            return Fail(ExitUsage, QStringLiteral("\"info system\" takes a group and a system."));
+        db.GetSystemInfoText(text, args[2], args[3], {}, {}, {}, {}, {});
+        if (text.isEmpty())
+            return Fail(ExitFailed, QStringLiteral("There is no coordinate system \"%1\" in the "
+                                                   "group \"%2\".")
+                                        .arg(args[3], args[2]));
+        PrintText(text);
+        return ExitOk;
+    }
+    const QStringList kinds{QStringLiteral("ellipsoid"), QStringLiteral("dtf"),
+                            QStringLiteral("projection"), QStringLiteral("unit")};
+    if (!kinds.contains(kind))
+        return Fail(ExitUsage, QStringLiteral("\"info\" takes system, ellipsoid, dtf, projection "
+                                              "or unit."));
+    if (args.size() != 3)
+        return Fail(ExitUsage, QStringLiteral("\"info %1\" takes one name.").arg(kind));
+    const QString& name = args[2];
+    QString what;
+    if (kind == QLatin1String("ellipsoid")) {
+        db.GetEllipsoidInfoText(text, name);
+        what = QStringLiteral("ellipsoid");
+    } else if (kind == QLatin1String("dtf")) {
+        db.GetDtfInfoText(text, name);
+        what = QStringLiteral("datum transformation");
+    } else if (kind == QLatin1String("projection")) {
+        text = db.GetProjectionInfoText(name);
+        what = QStringLiteral("projection");
+    } else {
+        what = QStringLiteral("unit");
+        QString suffix, description;
+        double factor = 0;
+        int category = 0;
+        if (db.GetUnitDefinition(name, suffix, factor, category, description)) {
+            QString stored;
+            db.GetUnitDescription(stored, name);
+            const QString unitName = stored.section(QLatin1Char('\t'), 0, 0);
+            text = QStringLiteral("Unit: %1\r\n\tMetres per unit: %2\r\n\tSuffix: %3\r\n\t"
+                                  "Category: %4\r\n\tDescription: %5\r\n")
+                       .arg(unitName, QString::number(factor, 'g', 15), suffix,
+                            QString::number(category), description);
+        }
+    }
+    if (text.isEmpty())
+        return Fail(ExitFailed, QStringLiteral("There is no %1 \"%2\".").arg(what, name));
+    PrintText(text);
+    return ExitOk;
+}
+
+int Count(QSqlDatabase db, const QString& sql) {
+    const QStringList values = StoreSql::Column(db, sql);
+    return values.isEmpty() ? 0 : values.first().toInt();
+}
+
+int Stats(const GeoStore& store) {
+    const struct {
+        const char* label;
+        QSqlDatabase db;
+        QString path;
+    } databases[] = {
+        {"System database (pre-defined)", store.systemDb(), store.source().systemDbPath},
+        {"User database", store.userDb(), store.source().userDbPath},
+    };
+    for (const auto& d : databases) {
+        Out() << d.label << ": " << d.path << '\n';
+        auto line = [](const char* what, int n) {
+            Out() << "  " << QString::fromLatin1(what).leftJustified(24) << qSetFieldWidth(6) << n
+                  << qSetFieldWidth(0) << '\n';
+        };
+        line("Ellipsoids", Count(d.db, QStringLiteral("SELECT count(*) FROM ellipsoid")));
+        line("Datum transformations", Count(d.db, QStringLiteral("SELECT count(*) FROM dtf")));
+        const int projections = Count(d.db, QStringLiteral("SELECT count(*) FROM projection"));
+        const int utm =
+            Count(d.db, QStringLiteral("SELECT count(*) FROM projection WHERE method_id = 1"));
+        Out() << "  " << QStringLiteral("Projections").leftJustified(24) << qSetFieldWidth(6)
+              << projections << qSetFieldWidth(0) << "  (" << utm << " UTM)\n";
+        line("Units", Count(d.db, QStringLiteral("SELECT count(*) FROM unit")));
+        line("Groups", Count(d.db, QStringLiteral("SELECT count(*) FROM sysgroup")));
+        line("Coordinate systems", Count(d.db, QStringLiteral("SELECT count(*) FROM coordsys")));
+        Out() << '\n';
+    }
+    return ExitOk;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("orv-geodb"));
+
+    QCommandLineParser parser;
+    const QCommandLineOption dataOption(QStringLiteral("data"), QString(),
+                                        QStringLiteral("data-source"));
+    const QCommandLineOption scopeOption(QStringLiteral("scope"), QString(),
+                                         QStringLiteral("scope"));
+    const QCommandLineOption helpOption({QStringLiteral("h"), QStringLiteral("help")}, QString());
+    parser.addOptions({dataOption, scopeOption, helpOption});
+    if (!parser.parse(QCoreApplication::arguments()))
+        return Fail(ExitUsage, parser.errorText());
+    const QStringList args = parser.positionalArguments();
+    if (parser.isSet(helpOption)) {
+        Out() << Usage;
+        return ExitOk;
+    }
+    if (args.isEmpty())
+        return Fail(ExitUsage, QStringLiteral("No command given."));
+
+    const QString command = args.first();
+    const QStringList commands{QStringLiteral("groups"), QStringLiteral("systems"),
+                               QStringLiteral("info"), QStringLiteral("stats")};
+    if (!commands.contains(command))
+        return Fail(ExitUsage, QStringLiteral("Unknown command \"%1\".").arg(command));
+    if (parser.isSet(scopeOption) && command != QLatin1String("groups"))
+        return Fail(ExitUsage, QStringLiteral("--scope belongs to the groups command."));
+    if ((command == QLatin1String("groups") || command == QLatin1String("stats")) &&
+        args.size() != 1)
+        return Fail(ExitUsage, QStringLiteral("\"%1\" takes no further arguments.").arg(command));
+    if (command == QLatin1String("systems") && args.size() != 2)
+        return Fail(ExitUsage, QStringLiteral("\"systems\" takes one group name."));
+    if (command == QLatin1String("info") && args.size() < 2)
+        return Fail(ExitUsage, QStringLiteral("\"info\" needs a kind and a name."));
+
+    const QString dataSource = parser.value(dataOption);
+    if (command == QLatin1String("stats")) {
+        QString error;
+        const std::unique_ptr<GeoStore> store = GeoStore::Open(dataSource, &error);
+        if (!store)
+            return Fail(ExitFailed, error);
+        return Stats(*store);
+    }
+    auto& list = OrvGeoDatabaseBaseList::GetGeoDatabaseList();
+    const std::unique_ptr<OrvGeoDatabaseBase> db(list.Create(dataSource));
+    if (!db)
+        return Fail(ExitFailed, list.LastError());
+    if (command == QLatin1String("groups"))
+        return ListGroups(*db, parser.value(scopeOption));
+    if (command == QLatin1String("systems"))
+        return ListSystems(*db, args[1]);
+    return Info(*db, args);
+}
