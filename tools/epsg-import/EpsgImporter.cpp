@@ -9,7 +9,6 @@
 #include "util/GeoFormat.h"
 #include "util/UtmZones.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
