@@ -97,10 +97,12 @@ bool SameDtfValues(const DtfValues& a, const DtfValues& b) {
 }
 
 bool SameParams(const QList<PrjParamRecord>& edited, const QList<PrjParamRecord>& stored) {
-    for (const PrjParamRecord& e : edited) {
+    for (int i = 0; i < edited.size(); ++i) {
+        const PrjParamRecord& e = edited[i];
         if (e.type == PRM_HIDDEN)
             continue;
-        const PrjParamRecord* match = nullptr;
+        // By name; a row labelled otherwise stands for the stored row at its place.
+        const PrjParamRecord* match = i < stored.size() ? &stored[i] : nullptr;
         for (const PrjParamRecord& s : stored) {
             if (Key(s.name) == Key(e.name)) {
                 match = &s;
