@@ -96,6 +96,8 @@ public:
     virtual bool SetSystemInUse(const QString& group, const QString& system,
                                 const QString& projectId, bool inUse) = 0;
     virtual bool IsSystemInUse(const QString& group, const QString& system) = 0;
+    // Chart datum of a stored system's vertical datum transformation (empty = none).
+    virtual QString GetChartDatum(const QString& group, const QString& system) = 0;
     // The reason of the last failed operation, in words a surveyor can act on.
     virtual QString LastError() const = 0;
 };

@@ -343,6 +343,11 @@ QString SqliteGeoDatabase::GetGeoidModelFile(const QString& group, const QString
     return s ? s->geoidFile : QString();
 }
 
+QString SqliteGeoDatabase::GetChartDatum(const QString& group, const QString& system) {
+    const auto s = System(group, system);
+    return s ? s->chartDatum : QString();
+}
+
 bool SqliteGeoDatabase::GetPostTranslation(const QString& group, const QString& system, double& e,
                                            double& n, double& z) {
     const auto s = System(group, system);

@@ -81,6 +81,7 @@ public:
     bool SetSystemInUse(const QString& group, const QString& system, const QString& projectId,
                         bool inUse) override;
     bool IsSystemInUse(const QString& group, const QString& system) override;
+    QString GetChartDatum(const QString& group, const QString& system) override;
     QString LastError() const override { return m_lastError; }
 
     // The geoid method keys offered to a system that stores none.

@@ -134,12 +134,14 @@ bool GeobaseToGeostatic(const QString& group, const QString& system, const QStri
         const QString model = GeoidKeySpelling(db->GetGeoidModelName(group, system));
         sd->SetGeoidModelName(model);
         sd->SetGeoidModelFile(db->GetGeoidModelFile(group, system));
+        sd->SetChartDatum(db->GetChartDatum(group, system));
         if (model == QString::fromWCharArray(GeoidmodelTypeKeys[GeoidKey::ManualSeparation]))
             sd->SetManualGeoidSeparation(db->GetManualGeoidSeparation(group, system));
         sd->SetGeoidEnabled(true);
     } else {
         sd->SetGeoidModelName(QString());
         sd->SetGeoidModelFile(QString());
+        sd->SetChartDatum(QString());
         sd->SetGeoidEnabled(false);
     }
 

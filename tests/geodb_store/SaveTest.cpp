@@ -404,3 +404,21 @@ TEST_F(StoreSave, GeobaseToGeostaticCopiesAStoredSystem) {
     EXPECT_FALSE(OrvGeoWizard::Utils::GeobaseToGeostatic(group, QStringLiteral("Borssele"),
                                                          QString(), nullptr, copy.get()));
 }
+
+TEST_F(StoreSave, GeobaseToGeostaticKeepsTheChartDatum) {
+    const QString group = QStringLiteral("Harbours");
+    FillNewSystem(*m_sd, group, QStringLiteral("Harbour approach"));
+    m_sd->SetGeoidMethod(QStringLiteral("VDatum"));
+    m_sd->SetGeoidFile(QStringLiteral("xGEOID20B"));
+    m_sd->SetChartDatum(QStringLiteral("MLLW"));
+    ASSERT_TRUE(m_sd->SaveCoordSys()) << m_sd->LastError().toStdString();
+    EXPECT_EQ(m_db->GetChartDatum(group, QStringLiteral("Harbour approach")),
+              QStringLiteral("MLLW"));
+
+    auto copy = m_store.staticData();
+    ASSERT_TRUE(OrvGeoWizard::Utils::GeobaseToGeostatic(group, QStringLiteral("Harbour approach"),
+                                                        QString(), m_db.get(), copy.get()));
+    QString out;
+    EXPECT_EQ(copy->GetChartDatum(out), QStringLiteral("MLLW"));
+    EXPECT_EQ(copy->GetGeoidFile(out), QStringLiteral("xGEOID20B"));
+}
