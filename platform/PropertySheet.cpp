@@ -176,11 +176,11 @@ int PropertySheet::DoModal() {
 }
 
 int PropertySheet::EnsureInitialised() {
-    if (m_initRunning || m_initialised)
-        return 1;
+    if (m_initRunning)
+        return m_initResult;
     m_initRunning = true;
-    const int result = OnInitDialog();
-    return result;
+    m_initResult = OnInitDialog();
+    return m_initResult;
 }
 
 int PropertySheet::OnInitDialog() {

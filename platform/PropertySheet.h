@@ -54,7 +54,8 @@ public:
 
     // Runs the sheet modally through the injected interface.
     int DoModal();
-    // Runs OnInitDialog unless it ran already (showing the sheet does it too).
+    // Runs OnInitDialog unless it ran already (showing the sheet does it too) and returns
+    // its result.
     int EnsureInitialised();
     bool IsInitialised() const { return m_initialised; }
 
@@ -92,7 +93,8 @@ private:
     int m_startIndex = 0;
     bool m_wizardMode = false;
     bool m_initialised = false;
-    bool m_initRunning = false;
+    bool m_initRunning = false; // OnInitDialog has been called (it runs once)
+    int m_initResult = 1;
     bool m_closing = false;
     unsigned m_buttons = PSWIZB_BACK | PSWIZB_NEXT;
 

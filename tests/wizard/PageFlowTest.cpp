@@ -242,3 +242,16 @@ TEST(WizardInit, ANullFactoryStopsInitialisationSilently) {
     EXPECT_EQ(wizard.GetActivePage(), nullptr);
     EXPECT_TRUE(ui.Events().isEmpty());
 }
+
+TEST(WizardInit, ShowingAWizardWithoutItsDatabaseInitialisesNoPage) {
+    ScriptedUi ui([](const QString& m) { ADD_FAILURE() << m.toStdString(); });
+    GeoWizard wizard(QStringLiteral("Coordinate System"));
+    wizard.SetDllType(QStringLiteral("nosuch:x"));
+    wizard.show();
+    flush();
+    EXPECT_EQ(wizard.EnsureInitialised(), 0); // the result of the one run
+    for (int n = 0; n < 14; ++n)
+        EXPECT_FALSE(wizard.GetWizardPage(n)->IsInitialised()) << n;
+    EXPECT_TRUE(ui.Events().isEmpty());
+    wizard.hide();
+}
