@@ -41,6 +41,20 @@ constexpr Entry kStrings[] = {
     {StrId::DtfNameSuffix, u"-dtf"},
     {StrId::PrjNameSuffix, u"-Prj"},
 
+    {StrId::TitleSelectSystemDlg, u"Select Coordinate System"},
+    {StrId::TitleSelectUnit, u"Select Unit"},
+    {StrId::TitleSelectEllipsoid, u"Select Ellipsoid"},
+    {StrId::TitleSelectDtfDlg, u"Select Datum Transformation"},
+    {StrId::TitleSelectPrjDlg, u"Select Projection"},
+    {StrId::TitleCreateDtf, u"Create new datum transformation"},
+    {StrId::TitleCreatePrj, u"Create New Projection"},
+    {StrId::TitleNewUnit, u"New Unit"},
+    {StrId::TitleSelectGeoidFile, u"Select Geoid Model File"},
+    {StrId::TitleEditSystem, u"Edit Coordinate System"},
+    {StrId::TitleHostWizard, u"Coordinate System"},
+    {StrId::RootSystemDatabase, u"Coordinate System Database"},
+    {StrId::RootUserDatabase, u"Coordinate User Database"},
+
     {StrId::NamePageInfo,
      u"If an existing coordinate system is used, the datum transformation parameters, the "
      u"projection parameters, the geoid corrections, and the post grid corrections can be "

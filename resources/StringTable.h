@@ -25,6 +25,21 @@ enum : int {
     TitlePostCorrection = 15014,   // .. WIZPage13
     PageNumberOf = 15015,          // " of "
 
+    // dialog titles and tree roots
+    TitleSelectSystemDlg = 15200, // "Select Coordinate System"
+    TitleSelectUnit = 15201,      // "Select Unit"
+    TitleSelectEllipsoid = 15202, // "Select Ellipsoid"
+    TitleSelectDtfDlg = 15203,    // "Select Datum Transformation"
+    TitleSelectPrjDlg = 15204,    // "Select Projection"
+    TitleCreateDtf = 15205,       // "Create new datum transformation"
+    TitleCreatePrj = 15206,       // "Create New Projection"
+    TitleNewUnit = 15207,         // "New Unit"
+    TitleSelectGeoidFile = 15208, // "Select Geoid Model File"
+    TitleEditSystem = 15209,      // "Edit Coordinate System"
+    TitleHostWizard = 15210,      // "Coordinate System" (the wizard the host opens)
+    RootSystemDatabase = 15211,   // "Coordinate System Database"
+    RootUserDatabase = 15212,     // "Coordinate User Database"
+
     // information texts
     InfoGroup = 15100,        // "Group: "
     InfoSystem = 15101,       // "System: "
