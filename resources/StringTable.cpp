@@ -158,6 +158,14 @@ constexpr Entry kStrings[] = {
      u"Meters per unit ( example: 1 U.S. Survey Feet = 0.30480061 meter) "},
 };
 
+constexpr bool ascending() {
+    for (std::size_t i = 1; i < std::size(kStrings); ++i)
+        if (kStrings[i - 1].id >= kStrings[i].id)
+            return false;
+    return true;
+}
+static_assert(ascending(), "string table entries must be sorted by id, each id once");
+
 const Entry* find(int id) {
     const auto it = std::lower_bound(std::begin(kStrings), std::end(kStrings), id,
                                      [](const Entry& e, int key) { return e.id < key; });

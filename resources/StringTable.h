@@ -25,6 +25,17 @@ enum : int {
     TitlePostCorrection = 15014,   // .. WIZPage13
     PageNumberOf = 15015,          // " of "
 
+    // information texts
+    InfoGroup = 15100,        // "Group: "
+    InfoSystem = 15101,       // "System: "
+    InfoMetricFactor = 15102, // "Metric Conversion Factor:"
+    InfoDescription = 15103,  // "Description: "
+    DtfGroupFrom = 15104,     // "Transformation from  "
+    DtfGroupTo = 15105,       // " to "
+    RotationUnitName = 15106, // "Datum Transformation Rotation Units"
+    DtfNameSuffix = 15107,    // "-dtf"
+    PrjNameSuffix = 15108,    // "-Prj"
+
     // dialog titles and tree roots
     TitleSelectSystemDlg = 15200, // "Select Coordinate System"
     TitleSelectUnit = 15201,      // "Select Unit"
@@ -39,17 +50,6 @@ enum : int {
     TitleHostWizard = 15210,      // "Coordinate System" (the wizard the host opens)
     RootSystemDatabase = 15211,   // "Coordinate System Database"
     RootUserDatabase = 15212,     // "Coordinate User Database"
-
-    // information texts
-    InfoGroup = 15100,        // "Group: "
-    InfoSystem = 15101,       // "System: "
-    InfoMetricFactor = 15102, // "Metric Conversion Factor:"
-    InfoDescription = 15103,  // "Description: "
-    DtfGroupFrom = 15104,     // "Transformation from  "
-    DtfGroupTo = 15105,       // " to "
-    RotationUnitName = 15106, // "Datum Transformation Rotation Units"
-    DtfNameSuffix = 15107,    // "-dtf"
-    PrjNameSuffix = 15108,    // "-Prj"
 
     // name page
     NamePageInfo = 15801,
