@@ -66,14 +66,19 @@ std::optional<double> OptionalReal(const QSqlQuery& q, const char* column) {
     return v.toDouble();
 }
 
+// Positions q on the row of table whose name equals name without regard to case.
+bool SelectByName(QSqlQuery& q, const char* table, const QString& name) {
+    q.setForwardOnly(true);
+    return Run(q, QStringLiteral("SELECT * FROM %1 WHERE name_key = ?").arg(QLatin1String(table)),
+               {OrvSchema::NameKey(name)}) &&
+           q.next();
+}
+
 } // namespace
 
 std::optional<EllipsoidRecord> ReadEllipsoid(QSqlDatabase db, const QString& name) {
     QSqlQuery q(db);
-    q.setForwardOnly(true);
-    if (!Run(q, QStringLiteral("SELECT * FROM ellipsoid WHERE name_key = ?"),
-             {OrvSchema::NameKey(name)}) ||
-        !q.next())
+    if (!SelectByName(q, "ellipsoid", name))
         return std::nullopt;
     EllipsoidRecord r;
     r.name = Text(q, "name");
@@ -86,10 +91,7 @@ std::optional<EllipsoidRecord> ReadEllipsoid(QSqlDatabase db, const QString& nam
 
 std::optional<UnitRecord> ReadUnit(QSqlDatabase db, const QString& name) {
     QSqlQuery q(db);
-    q.setForwardOnly(true);
-    if (!Run(q, QStringLiteral("SELECT * FROM unit WHERE name_key = ?"),
-             {OrvSchema::NameKey(name)}) ||
-        !q.next())
+    if (!SelectByName(q, "unit", name))
         return std::nullopt;
     UnitRecord r;
     r.name = Text(q, "name");
@@ -103,10 +105,7 @@ std::optional<UnitRecord> ReadUnit(QSqlDatabase db, const QString& name) {
 
 std::optional<DtfRecord> ReadDtf(QSqlDatabase db, const QString& name) {
     QSqlQuery q(db);
-    q.setForwardOnly(true);
-    if (!Run(q, QStringLiteral("SELECT * FROM dtf WHERE name_key = ?"),
-             {OrvSchema::NameKey(name)}) ||
-        !q.next())
+    if (!SelectByName(q, "dtf", name))
         return std::nullopt;
     DtfRecord r;
     r.name = Text(q, "name");
@@ -130,10 +129,7 @@ std::optional<DtfRecord> ReadDtf(QSqlDatabase db, const QString& name) {
 
 std::optional<ProjectionRecord> ReadProjection(QSqlDatabase db, const QString& name) {
     QSqlQuery q(db);
-    q.setForwardOnly(true);
-    if (!Run(q, QStringLiteral("SELECT * FROM projection WHERE name_key = ?"),
-             {OrvSchema::NameKey(name)}) ||
-        !q.next())
+    if (!SelectByName(q, "projection", name))
         return std::nullopt;
     ProjectionRecord r;
     const qlonglong id = q.value(QStringLiteral("id")).toLongLong();
