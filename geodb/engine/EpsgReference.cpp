@@ -76,6 +76,9 @@ bool EpsgReference::Create(int crsCode, int operationCode, QString& error) {
                                                              PROJ_GRID_AVAILABILITY_IGNORED);
     proj_operation_factory_context_set_spatial_criterion(
         m_ctx, factory, PROJ_SPATIAL_CRITERION_PARTIAL_INTERSECTION);
+    // The pinned operation is wanted even where its area of use misses the system's (a
+    // system whose area no transformation covers still uses the nearest one).
+    proj_operation_factory_context_set_crs_extent_use(m_ctx, factory, PJ_CRS_EXTENT_NONE);
     proj_operation_factory_context_set_discard_superseded(m_ctx, factory, 0);
     PJ_OBJ_LIST* ops = proj_create_operations(m_ctx, src, dst, factory);
     const QString code = QString::number(operationCode);
