@@ -50,7 +50,6 @@ constexpr Param NaturalOrigin[] = {LatNat, LonNat, FalseE, FalseN};
 constexpr Param FalseOrigin2Sp[] = {LatFalse, LonFalse, Lat1, Lat2, EastFalse, NorthFalse};
 constexpr Param Michigan[] = {LatFalse, LonFalse, Lat1, Lat2, EastFalse, NorthFalse, EllScale};
 constexpr Param PolarB[] = {LatStd, LonOrigin, FalseE, FalseN};
-constexpr Param PolarC[] = {LatStd, LonOrigin, EastFalse, NorthFalse};
 constexpr Param HotineA[] = {LatCentre, LonCentre, Azimuth, SkewAngle, ScaleLine, FalseE, FalseN};
 constexpr Param HotineB[] = {LatCentre, LonCentre,  Azimuth,    SkewAngle,
                              ScaleLine, EastCentre, NorthCentre};
@@ -76,12 +75,12 @@ constexpr int CodesCassini[] = {9806};
 constexpr int CodesAlbers[] = {9822};
 constexpr int CodesLaea[] = {9820};
 constexpr int CodesColombia[] = {1052};
-constexpr int CodesLccWest[] = {9826};
+constexpr int CodesLaeaSpherical[] = {1027};
 constexpr int CodesPolyconic[] = {9818};
 constexpr int CodesMichigan[] = {1051};
 constexpr int CodesEqualEarth[] = {1078};
 constexpr int CodesKrovak[] = {9819, 1041}; // south-west and north-east orientated axes
-constexpr int CodesPolarC[] = {9830};
+constexpr int CodesEqcSpherical[] = {1029};
 constexpr int CodesPseudoMerc[] = {1024};
 constexpr int CodesEqc[] = {1028};
 constexpr int CodesHyperCassini[] = {9833};
@@ -111,13 +110,13 @@ constexpr std::array<Method, 32> Methods = {{
     {14, "Albers Equal Area", CodesAlbers, FalseOrigin2Sp, true, "aea"},
     {15, "Lambert Azimuthal Equal Area", CodesLaea, NaturalOrigin, true, "laea"},
     {16, "Colombia Urban", CodesColombia, ColombiaUrban, true, "col_urban"},
-    {17, "Lambert Conic Conformal (West Orientated)", CodesLccWest, NaturalOriginScaled, true,
-     "lcc"},
+    {17, "Lambert Azimuthal Equal Area (Spherical)", CodesLaeaSpherical, NaturalOrigin, true,
+     "laea"},
     {18, "American Polyconic", CodesPolyconic, NaturalOrigin, true, "poly"},
     {19, "Lambert Conic Conformal (2SP Michigan)", CodesMichigan, Michigan, true, "lcc"},
     {20, "Equal Earth", CodesEqualEarth, EqualEarth, true, "eqearth"},
     {21, "Krovak", CodesKrovak, Krovak, true, "krovak"},
-    {22, "Polar Stereographic (variant C)", CodesPolarC, PolarC, true, "stere"},
+    {22, "Equidistant Cylindrical (Spherical)", CodesEqcSpherical, FirstParallel, true, "eqc"},
     {23, "Popular Visualisation Pseudo Mercator", CodesPseudoMerc, NaturalOrigin, true, "webmerc"},
     {24, "Equidistant Cylindrical", CodesEqc, FirstParallel, true, "eqc"},
     {25, "Hyperbolic Cassini-Soldner", CodesHyperCassini, NaturalOrigin, true, "cass"},
