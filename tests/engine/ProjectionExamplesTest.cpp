@@ -1,6 +1,13 @@
 // EPSG Guidance Note 7-2 worked examples, reproduced through the engine's pipeline.
 #include "EngineTestSupport.h"
 
+#include "api/ProjectionMethods.h"
+
+#include <proj.h>
+#include <proj_experimental.h>
+
+#include <vector>
+
 #include <gtest/gtest.h>
 
 using namespace EngineTest;
@@ -180,4 +187,66 @@ TEST(ProjectionExamples, NotImplementedMethodIsRefused) {
         << cs.LastError().toStdString();
     GeoPoint p{50, 5, 0, 0};
     EXPECT_FALSE(cs.Forward(p));
+}
+
+double KrovakValue(int epsgCode, double otherwise) {
+    switch (epsgCode) {
+    case 8811:
+        return 49.5; // latitude of projection centre
+    case 8833:
+        return 24.8333333333333; // longitude of origin
+    case 1036:
+        return 30.28813975277778; // co-latitude of cone axis
+    case 8818:
+        return 78.5; // latitude of pseudo standard parallel
+    case 8819:
+        return 0.9999; // scale factor on pseudo standard parallel
+    default:
+        return otherwise;
+    }
+}
+
+// Every method the method list offers as computed must be one PROJ can compute: a method
+// PROJ cannot express belongs to "Not implemented".
+TEST(ProjectionExamples, EveryListedMethodIsComputed) {
+    PJ_CONTEXT* ctx = proj_context_create();
+    proj_log_level(ctx, PJ_LOG_NONE);
+    for (const ProjectionMethods::Method& method : ProjectionMethods::All()) {
+        if (method.id == ProjectionMethods::NotImplementedId ||
+            method.id == ProjectionMethods::UtmId)
+            continue;
+        for (int code : method.epsgMethodCodes) {
+            SCOPED_TRACE(QStringLiteral("%1 (EPSG %2)").arg(method.name).arg(code).toStdString());
+            std::vector<PJ_PARAM_DESCRIPTION> params;
+            std::vector<QByteArray> codes;
+            codes.reserve(method.params.size());
+            for (const ProjectionMethods::Param& p : method.params) {
+                codes.push_back(QByteArray::number(p.epsgCode));
+                const bool angle =
+                    p.type == PRM_LATITUDE || p.type == PRM_LONGITUDE || p.type == PRM_PLAIN;
+                PJ_PARAM_DESCRIPTION d{};
+                d.name = p.name;
+                d.auth_name = "EPSG";
+                d.code = codes.back().constData();
+                // Krovak accepts only its own cone; other values need not be sensible.
+                d.value = p.defaultValue;
+                if (QByteArray(method.projName) == "krovak")
+                    d.value = KrovakValue(p.epsgCode, p.defaultValue);
+                d.unit_name = angle ? "degree" : p.type == PRM_SCALE ? "unity" : "metre";
+                d.unit_conv_factor = angle ? 0.017453292519943295 : 1.0;
+                d.unit_type = angle                 ? PJ_UT_ANGULAR
+                              : p.type == PRM_SCALE ? PJ_UT_SCALE
+                                                    : PJ_UT_LINEAR;
+                params.push_back(d);
+            }
+            const QByteArray methodCode = QByteArray::number(code);
+            PJ* conversion = proj_create_conversion(ctx, "projection", nullptr, nullptr, "", "EPSG",
+                                                    methodCode.constData(),
+                                                    static_cast<int>(params.size()), params.data());
+            ASSERT_NE(conversion, nullptr);
+            EXPECT_NE(proj_as_proj_string(ctx, conversion, PJ_PROJ_5, nullptr), nullptr);
+            proj_destroy(conversion);
+        }
+    }
+    proj_context_destroy(ctx);
 }
