@@ -44,6 +44,12 @@ const EllipsoidRecord Krassowsky = Ellipsoid("Krassowsky 1940", 6378245.0, 298.3
 const EllipsoidRecord Clarke1858 = Ellipsoid("Clarke 1858", 6378293.645208759, 294.2606763692654);
 const EllipsoidRecord Grs80 = Ellipsoid("GRS 1980", 6378137.0, 298.257222101);
 const EllipsoidRecord Everest1967 = Ellipsoid("Everest 1830 (1967)", 6377298.556, 300.8017);
+const EllipsoidRecord International = Ellipsoid("International 1924", 6378388.0, 297.0);
+// Clarke 1880 (international foot): a = 20926202 ft, b = 20854895 ft
+const EllipsoidRecord Clarke1880Ft =
+    Ellipsoid("Clarke 1880 (international foot)", 20926202 * 0.3048, 20926202.0 / 71307.0);
+constexpr double UsFoot = 1200.0 / 3937.0;
+constexpr double Chain = 66 * 0.3048;
 
 } // namespace
 
@@ -58,6 +64,15 @@ TEST(ProjectionExamples, TransverseMercatorAndUtm) {
            // the JHS-formula figures of the current edition
            50.5, 0.5, 577274.98, 69740.49, 0.006});
     // UTM zone 31N of a point at the central meridian's equator crossing: by definition.
+    // South orientated: the first axis is a westing, the second a southing.
+    Check({"TM south orientated: Hartebeesthoek94 / Lo29",
+           Projected(Wgs84(), 3, 9808,
+                     {{"Latitude of natural origin", 0, PRM_LATITUDE},
+                      {"Longitude of natural origin", 29, PRM_LONGITUDE},
+                      {"Scale factor at natural origin", 1, PRM_SCALE},
+                      {"False easting", 0, PRM_LENGTH},
+                      {"False northing", 0, PRM_LENGTH}}),
+           Dms(-25, 43, 55.302), Dms(28, 16, 57.479), 71984.48, 2847342.74, 0.006});
     Check({"UTM 31N origin", Utm(31, true), 0, 3, 500000.0, 0.0, 1e-6});
     Check({"UTM 31S origin", Utm(31, false), 0, 3, 500000.0, 1e7, 1e-6});
 }
@@ -82,6 +97,26 @@ TEST(ProjectionExamples, LambertConicConformal) {
                       {"Northing at false origin", 0, PRM_LENGTH}},
                      1200.0 / 3937.0),
            28.5, -96, 2963503.91, 254759.80, 0.006});
+    Check({"LCC 2SP Michigan: NAD27 / Michigan Central (ftUS)",
+           Projected(Clarke1866, 19, 1051,
+                     {{"Latitude of false origin", Dms(43, 19, 0), PRM_LATITUDE},
+                      {"Longitude of false origin", -Dms(84, 20, 0), PRM_LONGITUDE},
+                      {"Latitude of 1st standard parallel", Dms(44, 11, 0), PRM_LATITUDE},
+                      {"Latitude of 2nd standard parallel", Dms(45, 42, 0), PRM_LATITUDE},
+                      {"Easting at false origin", 2000000, PRM_LENGTH},
+                      {"Northing at false origin", 0, PRM_LENGTH},
+                      {"Ellipsoid scaling factor", 1.0000382, PRM_SCALE}},
+                     UsFoot),
+           Dms(43, 45, 0), -Dms(83, 10, 0), 2308335.75, 160210.48, 0.006});
+    Check({"LCC 2SP Belgium: Belge 1972 / Belge Lambert 72",
+           Projected(International, 27, 9803,
+                     {{"Latitude of false origin", 90, PRM_LATITUDE},
+                      {"Longitude of false origin", Dms(4, 21, 24.983), PRM_LONGITUDE},
+                      {"Latitude of 1st standard parallel", Dms(49, 50, 0), PRM_LATITUDE},
+                      {"Latitude of 2nd standard parallel", Dms(51, 10, 0), PRM_LATITUDE},
+                      {"Easting at false origin", 150000.01, PRM_LENGTH},
+                      {"Northing at false origin", 5400088.44, PRM_LENGTH}}),
+           Dms(50, 40, 46.461), Dms(5, 48, 26.533), 251763.20, 153034.13, 0.006});
 }
 
 TEST(ProjectionExamples, Mercator) {
@@ -100,9 +135,26 @@ TEST(ProjectionExamples, Mercator) {
                       {"False easting", 0, PRM_LENGTH},
                       {"False northing", 0, PRM_LENGTH}}),
            53, 53, 165704.29, 5171848.07, 0.006});
+    Check({"Popular Visualisation Pseudo Mercator: WGS 84 / Pseudo-Mercator",
+           Projected(Wgs84(), 23, 1024,
+                     {{"Latitude of natural origin", 0, PRM_LATITUDE},
+                      {"Longitude of natural origin", 0, PRM_LONGITUDE},
+                      {"False easting", 0, PRM_LENGTH},
+                      {"False northing", 0, PRM_LENGTH}}),
+           Dms(24, 22, 54.433), -Dms(100, 20, 0), -11169055.58, 2800000.00, 0.006});
 }
 
-TEST(ProjectionExamples, CassiniInLinks) {
+TEST(ProjectionExamples, EquidistantCylindrical) {
+    Check({"Equidistant Cylindrical: WGS 84 / World Equidistant Cylindrical",
+           Projected(Wgs84(), 24, 1028,
+                     {{"Latitude of 1st standard parallel", 0, PRM_LATITUDE},
+                      {"Longitude of natural origin", 0, PRM_LONGITUDE},
+                      {"False easting", 0, PRM_LENGTH},
+                      {"False northing", 0, PRM_LENGTH}}),
+           55, 10, 1113194.91, 6097230.31, 0.006});
+}
+
+TEST(ProjectionExamples, CassiniInLinksAndChains) {
     Check({"Cassini-Soldner: Trinidad 1903 / Trinidad Grid (links)",
            Projected(Clarke1858, 13, 9806,
                      {{"Latitude of natural origin", Dms(10, 26, 30), PRM_LATITUDE},
@@ -111,6 +163,15 @@ TEST(ProjectionExamples, CassiniInLinks) {
                       {"False northing", 325000.00, PRM_LENGTH}},
                      0.201166195164),
            10, -62, 66644.94, 82536.22, 0.006});
+    // Published to 0.0001 chain (2 mm).
+    Check({"Hyperbolic Cassini-Soldner: Vanua Levu 1915 / Vanua Levu Grid (chains)",
+           Projected(Clarke1880Ft, 25, 9833,
+                     {{"Latitude of natural origin", -Dms(16, 15, 0), PRM_LATITUDE},
+                      {"Longitude of natural origin", Dms(179, 20, 0), PRM_LONGITUDE},
+                      {"False easting", 12513.318, PRM_LENGTH},
+                      {"False northing", 16628.885, PRM_LENGTH}},
+                     Chain),
+           -Dms(16, 50, 29.2435), Dms(179, 59, 39.6115), 16015.2890, 13369.6601, 0.00006});
 }
 
 TEST(ProjectionExamples, Stereographic) {
@@ -162,7 +223,24 @@ TEST(ProjectionExamples, LambertAzimuthalEqualArea) {
            50, 5, 3962799.45, 2999718.85, 0.006});
 }
 
-TEST(ProjectionExamples, KrovakWithFerroMeridianGivesWestingFirst) {
+TEST(ProjectionExamples, AzimuthalEquidistant) {
+    Check({"Modified Azimuthal Equidistant: Guam 1963 / Yap Islands",
+           Projected(Clarke1866, 29, 9832,
+                     {{"Latitude of natural origin", Dms(9, 32, 48.15), PRM_LATITUDE},
+                      {"Longitude of natural origin", Dms(138, 10, 7.48), PRM_LONGITUDE},
+                      {"False easting", 40000, PRM_LENGTH},
+                      {"False northing", 60000, PRM_LENGTH}}),
+           Dms(9, 35, 47.493), Dms(138, 11, 34.908), 42665.90, 65509.82, 0.006});
+    Check({"Guam Projection: Guam 1963 / Guam SPCS",
+           Projected(Clarke1866, 31, 9831,
+                     {{"Latitude of natural origin", 13.47246633333333, PRM_LATITUDE},
+                      {"Longitude of natural origin", 144.74875069444445, PRM_LONGITUDE},
+                      {"False easting", 50000, PRM_LENGTH},
+                      {"False northing", 50000, PRM_LENGTH}}),
+           13.33903846111111, 144.63533129166666, 37712.48, 35242.00, 0.006});
+}
+
+TEST(ProjectionExamples, KrovakWithFerroMeridian) {
     SystemDefinition def =
         Projected(Bessel, 21, 9819,
                   {{"Latitude of projection centre", Dms(49, 30, 0), PRM_LATITUDE},
@@ -173,10 +251,14 @@ TEST(ProjectionExamples, KrovakWithFerroMeridianGivesWestingFirst) {
                    {"False easting", 0, PRM_LENGTH},
                    {"False northing", 0, PRM_LENGTH}});
     def.system.primeMeridian = -Dms(17, 40, 0); // Ferro
-    // Published: southing X = 1050538.63, westing Y = 568990.99; the engine gives the
+    const double lat = Dms(50, 12, 32.4416), lon = Dms(16, 50, 59.1790);
+    // Published: southing X = 1050538.643, westing Y = 568990.997; the engine gives the
     // east-west axis first.
-    Check({"Krovak: S-JTSK (Ferro) / Krovak", def, Dms(50, 12, 32.442), Dms(16, 50, 59.179),
-           568990.99, 1050538.63, 0.006});
+    Check({"Krovak: S-JTSK (Ferro) / Krovak", def, lat, lon, 568990.997, 1050538.643, 0.0006});
+    // North orientated: easting = -Y, northing = -X.
+    def.projection.epsgMethodCode = 1041;
+    Check({"Krovak north orientated: S-JTSK (Ferro) / Krovak East North", def, lat, lon,
+           -568990.997, -1050538.643, 0.0006});
 }
 
 TEST(ProjectionExamples, NotImplementedMethodIsRefused) {
