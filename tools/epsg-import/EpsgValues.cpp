@@ -1,5 +1,8 @@
 #include "EpsgValues.h"
 
+#include "api/GeoTypes.h"
+#include "util/GeoFormat.h"
+
 #include <QHash>
 #include <QLocale>
 
@@ -49,6 +52,27 @@ QString FormatPlain(double value) {
     while (text.size() - dot - 1 < 6)
         text += u'0';
     return text;
+}
+
+QString ParamText(double value, unsigned type) {
+    if (type != PRM_LATITUDE && type != PRM_LONGITUDE)
+        return FormatPlain(value);
+    QString text;
+    if (FormatGeogs(value, 7, 7, type == PRM_LATITUDE ? 10 : 11, text, true, true))
+        return text;
+    return FormatPlain(value);
+}
+
+QString NotNull(const QString& text) {
+    return text.isNull() ? QStringLiteral("") : text;
+}
+
+QString JoinTexts(const QString& first, const QString& second) {
+    if (first.isEmpty())
+        return second;
+    if (second.isEmpty())
+        return first;
+    return first + u'\n' + second;
 }
 
 QString GroupOfArea(const QString& areaName) {

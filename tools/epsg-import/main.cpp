@@ -20,10 +20,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "epsg-import: failed: %s\n", qPrintable(importer.LastError()));
         return 1;
     }
-    const EpsgImporter::Counts& c = importer.ImportCounts();
-    std::printf("epsg-import: EPSG %s: %d ellipsoids, %d units, %d datum transformations, %d "
-                "projections, %d systems in %d groups (%d systems left out) in %.1f s\n",
-                qPrintable(importer.EpsgVersion()), c.ellipsoids, c.units, c.dtfs, c.projections,
-                c.systems, c.groups, c.skippedSystems, timer.elapsed() / 1000.0);
+    std::printf("%s\n", qPrintable(ImportSummary(importer.EpsgVersion(), importer.Counts(),
+                                                 timer.elapsed())));
     return 0;
 }
