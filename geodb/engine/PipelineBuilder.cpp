@@ -12,6 +12,7 @@
 
 #include <cmath>
 #include <memory>
+#include <numbers>
 #include <vector>
 
 namespace PipelineBuilder {
@@ -149,6 +150,22 @@ QStringList ConversionSteps(const QString& exported) {
     return steps;
 }
 
+// The cone constant n of Lambert Conic Conformal (2SP) on an ellipsoid of flattening f.
+double LccConeConstant(double f, double lat1Deg, double lat2Deg) {
+    const double e = std::sqrt(f * (2 - f));
+    const auto m = [e](double phi) {
+        return std::cos(phi) / std::sqrt(1 - e * e * std::sin(phi) * std::sin(phi));
+    };
+    const auto t = [e](double phi) {
+        const double es = e * std::sin(phi);
+        return std::tan(std::numbers::pi / 4 - phi / 2) / std::pow((1 - es) / (1 + es), e / 2);
+    };
+    const double p1 = lat1Deg * DegreeInRadians, p2 = lat2Deg * DegreeInRadians;
+    if (std::abs(p1 - p2) < 1e-12)
+        return std::sin(p1);
+    return (std::log(m(p1)) - std::log(m(p2))) / (std::log(t(p1)) - std::log(t(p2)));
+}
+
 } // namespace
 
 QString EllipsoidParams(const EllipsoidRecord& ellipsoid) {
@@ -257,6 +274,23 @@ bool ProjectionSteps(pj_ctx* ctx, const SystemDefinition& def, double lengthFact
                 QStringLiteral("The projection method \"%1\" is not implemented.").arg(methodName);
             return false;
         }
+        // Lambert Conic Conformal (2SP Belgium) turns the cone by a = 29.2985" about its
+        // apex: theta - a = n (lambda - (lambdaF + a / n)). PROJ maps the method to the plain
+        // 2SP formulas and drops the turn, so the engine moves the longitude of false origin.
+        double belgianShift = 0;
+        if (methodCode == 9803) {
+            const auto* lat1 = FindParam(prj, QStringLiteral("Latitude of 1st standard parallel"));
+            const auto* lat2 = FindParam(prj, QStringLiteral("Latitude of 2nd standard parallel"));
+            const double n =
+                lat1 && lat2 ? LccConeConstant(rf > 0 ? 1 / rf : 0, lat1->value, lat2->value) : 0;
+            if (n == 0 || !std::isfinite(n)) {
+                error = QStringLiteral("The projection \"%1\" has no valid standard parallels.")
+                            .arg(prj.name);
+                return false;
+            }
+            belgianShift = 29.2985 / 3600.0 / n;
+            methodCode = 9802;
+        }
         std::vector<QByteArray> names, codes;
         std::vector<PJ_PARAM_DESCRIPTION> params;
         names.reserve(prj.params.size());
@@ -275,6 +309,8 @@ bool ProjectionSteps(pj_ctx* ctx, const SystemDefinition& def, double lengthFact
             switch (kind) {
             case ParamKind::Angle:
                 d.value = param.value;
+                if (code == 8822)
+                    d.value += belgianShift;
                 d.unit_name = "degree";
                 d.unit_conv_factor = DegreeInRadians;
                 d.unit_type = PJ_UT_ANGULAR;
