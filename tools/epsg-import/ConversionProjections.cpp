@@ -95,10 +95,8 @@ ConversionProjections::RowsOf(const Conversion& conv, const ProjectionMethods::M
                                  param.type});
             continue;
         }
-        const auto row = RowOf(*found, param.type, name, axisUom);
-        if (!row)
+        if (!AppendRow(rows, *found, param.type, name, axisUom))
             return std::nullopt;
-        rows.append(*row);
     }
     return rows;
 }
@@ -123,31 +121,30 @@ std::optional<QList<ParamRow>> ConversionProjections::UntypedRowsOf(const Conver
             type = PRM_LATITUDE;
         if (rows.size() == PrjParamBlock::MaxParams)
             break;
-        const auto row = RowOf(p, type, name, axisUom);
-        if (!row)
+        if (!AppendRow(rows, p, type, name, axisUom))
             return std::nullopt;
-        rows.append(*row);
     }
     return rows;
 }
 
-std::optional<ParamRow> ConversionProjections::RowOf(const ConvParam& p, unsigned type,
-                                                     const QString& name, int axisUom) const {
+bool ConversionProjections::AppendRow(QList<ParamRow>& rows, const ConvParam& p, unsigned type,
+                                      const QString& name, int axisUom) const {
     ParamRow row{name, p.value, {}, type};
     const Uom uom = m_units.Find(p.uom);
     if (uom.type == QLatin1String("angle")) {
         const auto degrees = m_units.ToDegrees(p.value, p.uom);
         if (!degrees)
-            return std::nullopt;
+            return false;
         row.value = *degrees;
     } else if (uom.type == QLatin1String("length")) {
         const auto value = m_units.Convert(p.value, p.uom, axisUom);
         if (!value)
-            return std::nullopt;
+            return false;
         row.value = *value;
     } else if (uom.type == QLatin1String("scale")) {
         row.value = p.value * uom.factor.value_or(1.0);
     }
     row.text = EpsgValues::ParamText(row.value, type);
-    return row;
+    rows.append(row);
+    return true;
 }

@@ -53,9 +53,10 @@ private:
     // Every parameter in EPSG order, typed by its unit and name, for a method the engine
     // does not compute.
     std::optional<QList<ParamRow>> UntypedRowsOf(const Conversion& conv, int axisUom) const;
-    // Angles in degrees, lengths in the axis unit, scales unitless.
-    std::optional<ParamRow> RowOf(const ConvParam& p, unsigned type, const QString& name,
-                                  int axisUom) const;
+    // Appends the row of p: angles in degrees, lengths in the axis unit, scales unitless.
+    // False when the value's unit does not convert.
+    bool AppendRow(QList<ParamRow>& rows, const ConvParam& p, unsigned type, const QString& name,
+                   int axisUom) const;
 
     ImportSession& m_session;
     const UnitTable& m_units;

@@ -7,6 +7,7 @@
 #include "EpsgValues.h"
 #include "ImportSession.h"
 #include "ImportedNames.h"
+#include "NameSet.h"
 #include "UtmProjections.h"
 
 #include "api/GeoKeys.h"
@@ -46,8 +47,7 @@ public:
         const QString key = OrvSchema::NameKey(group);
         if (const auto it = m_ids.constFind(key); it != m_ids.cend())
             return *it;
-        m_insert.addBindValue(group);
-        m_insert.addBindValue(key);
+        BindNameAndKey(m_insert, group);
         if (!m_insert.exec()) {
             m_session.Fail(QStringLiteral("cannot write group %1").arg(group), m_insert);
             return -1;
@@ -142,8 +142,7 @@ bool Write(ImportSession& session, const DatumTable& datums, const UsageTable& u
 
         const DtfCandidate* dtf = DatumTransformations::Choose(candidates, use.box);
         const QString name = unique.Unique(q.value(1).toString(), code);
-        ins.addBindValue(name);
-        ins.addBindValue(OrvSchema::NameKey(name));
+        BindNameAndKey(ins, name);
         ins.addBindValue(groupId);
         ins.addBindValue(Wgs84Name);
         ins.addBindValue(names.ellipsoids.value(datum.ellipsoid));

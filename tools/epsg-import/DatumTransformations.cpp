@@ -8,7 +8,6 @@
 #include "UnitTable.h"
 
 #include "api/GeoTypes.h"
-#include "store/Schema.h"
 
 #include <QVariant>
 
@@ -39,12 +38,9 @@ struct DtfRecord {
 };
 
 bool Insert(ImportSession& session, QSqlQuery& ins, const DtfRecord& r) {
-    ins.addBindValue(r.name);
-    ins.addBindValue(OrvSchema::NameKey(r.name));
-    ins.addBindValue(Wgs84Name);
-    ins.addBindValue(OrvSchema::NameKey(Wgs84Name));
-    ins.addBindValue(r.dstEllipsoid);
-    ins.addBindValue(OrvSchema::NameKey(r.dstEllipsoid));
+    BindNameAndKey(ins, r.name);
+    BindNameAndKey(ins, Wgs84Name);
+    BindNameAndKey(ins, r.dstEllipsoid);
     ins.addBindValue(r.method);
     for (double value : r.values)
         ins.addBindValue(value);

@@ -8,7 +8,6 @@
 #include "UnitTable.h"
 
 #include "api/GeoTypes.h"
-#include "store/Schema.h"
 
 #include <QVariant>
 
@@ -53,8 +52,7 @@ bool WriteEllipsoids(ImportSession& session, const UnitTable& units, ImportedNam
         const double e2 = (*a * *a - b * b) / (*a * *a);
         const double e2b = (*a * *a - b * b) / (b * b);
         const QString name = unique.Unique(q.value(1).toString(), code);
-        ins.addBindValue(name);
-        ins.addBindValue(OrvSchema::NameKey(name));
+        BindNameAndKey(ins, name);
         for (double v : {*a, b, invF, f, e2, e2b})
             ins.addBindValue(v);
         ins.addBindValue(code);
@@ -85,8 +83,7 @@ bool WriteUnits(ImportSession& session, const UnitTable& units, ImportedNames& n
         QString suffix = EpsgValues::UnitSuffix(code);
         if (suffix.isEmpty())
             suffix = uom.name;
-        ins.addBindValue(name);
-        ins.addBindValue(OrvSchema::NameKey(name));
+        BindNameAndKey(ins, name);
         ins.addBindValue(*uom.factor);
         ins.addBindValue(suffix);
         ins.addBindValue(QStringLiteral("%1, %2 metres (EPSG unit %3)")

@@ -2,6 +2,9 @@
 
 #include "store/Schema.h"
 
+#include <QSqlQuery>
+#include <QVariant>
+
 QString NameSet::Unique(const QString& name, int epsgCode) {
     QString result = name;
     if (m_keys.contains(OrvSchema::NameKey(result)))
@@ -10,4 +13,9 @@ QString NameSet::Unique(const QString& name, int epsgCode) {
         result = QStringLiteral("%1 (EPSG:%2, %3)").arg(name).arg(epsgCode).arg(n);
     m_keys.insert(OrvSchema::NameKey(result));
     return result;
+}
+
+void BindNameAndKey(QSqlQuery& query, const QString& name) {
+    query.addBindValue(name);
+    query.addBindValue(OrvSchema::NameKey(name));
 }

@@ -3,8 +3,6 @@
 #include "EpsgValues.h"
 #include "ImportSession.h"
 
-#include "store/Schema.h"
-
 #include <QVariant>
 
 using EpsgValues::NotNull;
@@ -20,8 +18,7 @@ ProjectionWriter::ProjectionWriter(ImportSession& session)
 
 bool ProjectionWriter::Write(const ProjectionRecord& r) {
     QSqlQuery& ins = m_projectionInsert;
-    ins.addBindValue(r.name);
-    ins.addBindValue(OrvSchema::NameKey(r.name));
+    BindNameAndKey(ins, r.name);
     ins.addBindValue(r.methodId);
     ins.addBindValue(r.unitName);
     ins.addBindValue(r.epsgCode);
