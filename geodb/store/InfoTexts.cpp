@@ -90,7 +90,18 @@ QString Ellipsoid(const EllipsoidRecord& e) {
 }
 
 QString UnitDescription(const UnitRecord& unit) {
-    return unit.name + QLatin1Char('\t') + unit.description;
+    // The editor shows what follows the tab, the unit page what follows the first line feed:
+    // the same two lines the dialogs write for a unit created on the spot.
+    return unit.name + QLatin1Char('\t') +
+           QStringLiteral("Metric Conversion Factor:%1").arg(Fixed(unit.metersPerUnit, 6)) + Eol +
+           Line(1, QStringLiteral("Description: %1").arg(UnitDescriptionText(unit)));
+}
+
+QString UnitDescriptionText(const UnitRecord& unit) {
+    if (!unit.description.trimmed().isEmpty())
+        return unit.description;
+    return QStringLiteral("%1, %2 metres (user-defined)")
+        .arg(unit.name, QString::number(unit.metersPerUnit, 'g', 12));
 }
 
 QString Dtf(const DtfRecord& dtf) {

@@ -20,8 +20,11 @@ QString PrjMethodName(int methodId);
 
 // First line a heading, then the six defining values and the EPSG code.
 QString Ellipsoid(const EllipsoidRecord& ellipsoid);
-// name + "\t" + description.
+// name + "\t" + "Metric Conversion Factor:" + metres per unit ("%f") + "\r\n" + "\t" +
+// "Description: " + description + "\r\n".
 QString UnitDescription(const UnitRecord& unit);
+// The unit's description, or one built from its name and factor when it has none.
+QString UnitDescriptionText(const UnitRecord& unit);
 QString Dtf(const DtfRecord& dtf);
 // With a system name, the text says which stored system uses the projection.
 QString Projection(const ProjectionRecord& projection, const QString& group = QString(),

@@ -391,13 +391,10 @@ QString SqliteGeoDatabase::GetPostModelFile(const QString& group, const QString&
 }
 
 QString SqliteGeoDatabase::GetPostModelName(const QString& group, const QString& system) {
+    // As stored: the dialogs themselves show an older "OSTN02" as "OSTN" together with the
+    // geoid model file, which holds that shift model.
     const auto s = System(group, system);
-    if (!s)
-        return QString();
-    // Older systems store the shift model by its full name; the lists know it as OSTN.
-    if (s->post.modelName.compare(QStringLiteral("OSTN02"), Qt::CaseInsensitive) == 0)
-        return QStringLiteral("OSTN");
-    return s->post.modelName;
+    return s ? s->post.modelName : QString();
 }
 
 bool SqliteGeoDatabase::SystemHasGeoidModel(const QString& group, const QString& system) {

@@ -30,6 +30,8 @@ SqliteStaticData::~SqliteStaticData() = default;
 
 void SqliteStaticData::Clear() {
     m_draft = SystemDraft{};
+    m_geoidMethod.clear();
+    m_geoidFile.clear();
     m_draft.system.satEllipsoid = QStringLiteral("WGS 84");
     m_draft.unit.name.clear();
     m_draft.unit.metersPerUnit = 1.0;
@@ -52,12 +54,33 @@ bool SqliteStaticData::LoadCoordSys(const QString& group, const QString& system)
     d.utmMode =
         !d.system.utmZoneText.isEmpty() || def->projection.methodId == ProjectionMethods::UtmId;
     m_draft = d;
+    m_geoidMethod.clear();
+    m_geoidFile.clear();
     return true;
+}
+
+SystemDraft SqliteStaticData::Resolved() const {
+    SystemDraft d = m_draft;
+    d.system.geoidMethod = EffectiveGeoidMethod();
+    d.system.geoidFile = EffectiveGeoidFile();
+    d.system.geoidOn = d.system.geoidOn && !d.system.geoidMethod.isEmpty();
+    return d;
+}
+
+QString SqliteStaticData::EffectiveGeoidMethod() const {
+    return m_geoidMethod.isEmpty() ? m_draft.system.geoidMethod : m_geoidMethod;
+}
+
+QString SqliteStaticData::EffectiveGeoidFile() const {
+    // A file belongs to its method: a method chosen anew brings its own file (or none).
+    if (!m_geoidMethod.isEmpty() || !m_geoidFile.isEmpty())
+        return m_geoidFile;
+    return m_draft.system.geoidFile;
 }
 
 bool SqliteStaticData::SaveCoordSys() {
     m_lastError.clear();
-    return SystemWriter::Save(*m_store, m_draft, &m_lastError);
+    return SystemWriter::Save(*m_store, Resolved(), &m_lastError);
 }
 
 void SqliteStaticData::GetDtfMethodNames(QStringList& out) {
@@ -206,7 +229,7 @@ QString SqliteStaticData::GetCurrentUnitDescription(QString& out) {
 }
 
 QString SqliteStaticData::GetOverviewText(QString& out) {
-    const SystemDraft& d = m_draft;
+    const SystemDraft d = Resolved();
     const SystemRecord& s = d.system;
     auto row = [](const QString& label, const QString& valueHtml) {
         return QStringLiteral("<tr><td><b>%1</b></td><td>%2</td></tr>").arg(label, valueHtml);
@@ -295,11 +318,16 @@ void SqliteStaticData::SetProjectionMethod(const QString& methodName) {
 }
 
 void SqliteStaticData::SetGeoidModelName(const QString& text) {
-    SetGeoidMethod(text);
+    // The model as stored; a method set afterwards (only a changed one) overrides it.
+    m_draft.system.geoidMethod = ModelText(text);
+    m_geoidMethod.clear();
+    if (!m_draft.system.geoidMethod.isEmpty())
+        m_draft.system.geoidOn = true;
 }
 
 void SqliteStaticData::SetGeoidModelFile(const QString& text) {
-    SetGeoidFile(text);
+    m_draft.system.geoidFile = text;
+    m_geoidFile.clear();
 }
 
 void SqliteStaticData::SetManualGeoidSeparation(double separation) {
@@ -307,13 +335,21 @@ void SqliteStaticData::SetManualGeoidSeparation(double separation) {
 }
 
 void SqliteStaticData::SetGeoidMethod(const QString& method) {
-    // Naming a model applies it; SetGeoidEnabled has the last word.
-    m_draft.system.geoidMethod = ModelText(method);
-    m_draft.system.geoidOn = !m_draft.system.geoidMethod.isEmpty();
+    // An empty method leaves the model as it is (the editor hands over only changes);
+    // "--None--" switches it off. Naming a method applies it; SetGeoidEnabled has the last
+    // word.
+    if (method == NoneEntry) {
+        m_geoidMethod.clear();
+        m_draft.system.geoidOn = false;
+        return;
+    }
+    m_geoidMethod = method;
+    if (!method.isEmpty())
+        m_draft.system.geoidOn = true;
 }
 
 void SqliteStaticData::SetGeoidFile(const QString& fileName) {
-    m_draft.system.geoidFile = fileName;
+    m_geoidFile = fileName;
 }
 
 void SqliteStaticData::SetChartDatum(const QString& chartDatum) {
@@ -321,11 +357,11 @@ void SqliteStaticData::SetChartDatum(const QString& chartDatum) {
 }
 
 QString SqliteStaticData::GetGeoidMethod(QString& out) {
-    return out = m_draft.system.geoidMethod;
+    return out = m_draft.system.geoidOn ? EffectiveGeoidMethod() : QString();
 }
 
 QString SqliteStaticData::GetGeoidFile(QString& out) {
-    return out = m_draft.system.geoidFile;
+    return out = m_draft.system.geoidOn ? EffectiveGeoidFile() : QString();
 }
 
 QString SqliteStaticData::GetChartDatum(QString& out) {

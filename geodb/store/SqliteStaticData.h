@@ -83,7 +83,15 @@ public:
     const SystemDraft& Draft() const { return m_draft; }
 
 private:
+    // The record as it is saved: the geoid method and file given last win over the model.
+    SystemDraft Resolved() const;
+    QString EffectiveGeoidMethod() const;
+    QString EffectiveGeoidFile() const;
+
     std::unique_ptr<GeoStore> m_store;
     SystemDraft m_draft;
+    // SetGeoidMethod / SetGeoidFile; empty = the model of SetGeoidModelName / File stands.
+    QString m_geoidMethod;
+    QString m_geoidFile;
     QString m_lastError;
 };

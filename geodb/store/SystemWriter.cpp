@@ -229,33 +229,30 @@ bool SaveGroup(GeoStore& store, SystemDraft& d, qlonglong& groupId, QString* err
 
 bool SaveUnit(GeoStore& store, SystemDraft& d, QString* error) {
     UnitRecord& u = d.unit;
-    if (auto stored = StoreSql::ReadUnit(store.systemDb(), u.name)) {
+    // A stored unit, pre-defined or user-defined, is referenced as it is: other systems
+    // measure in it, and no dialog edits a unit (the pages may even hand over the suffix of
+    // the unit selected before). Only a different factor is a change, and it is refused.
+    for (QSqlDatabase db : {store.systemDb(), store.userDb()}) {
+        const auto stored = StoreSql::ReadUnit(db, u.name);
+        if (!stored)
+            continue;
         if (std::fabs(stored->metersPerUnit - u.metersPerUnit) >
             1e-9 * std::fabs(stored->metersPerUnit)) {
-            *error = QStringLiteral("A pre-defined unit cannot be changed: \"%1\" is %2 m per "
-                                    "unit. Give the changed unit a new name.")
+            *error = QStringLiteral("The stored unit \"%1\" is %2 m per unit and cannot be "
+                                    "changed. Give the changed unit a new name.")
                          .arg(stored->name, QString::number(stored->metersPerUnit, 'g', 15));
             return false;
         }
         d.system.unitName = stored->name;
         return true;
     }
-    QSqlDatabase db = store.userDb();
-    const QString what = QStringLiteral("the unit \"%1\"").arg(u.name);
-    if (auto stored = StoreSql::ReadUnit(db, u.name)) {
-        d.system.unitName = stored->name;
-        return Write(db,
-                     QStringLiteral("UPDATE unit SET meters_per_unit = ?, suffix = ?, "
-                                    "description = ?, category = ? WHERE name_key = ?"),
-                     {u.metersPerUnit, u.suffix, u.description, u.category, Key(u.name)}, what,
-                     error);
-    }
     d.system.unitName = u.name;
-    return Write(db,
+    return Write(store.userDb(),
                  QStringLiteral("INSERT INTO unit (name, name_key, meters_per_unit, suffix, "
                                 "description, category) VALUES (?, ?, ?, ?, ?, ?)"),
-                 {u.name, Key(u.name), u.metersPerUnit, u.suffix, u.description, u.category}, what,
-                 error);
+                 {u.name, Key(u.name), u.metersPerUnit, u.suffix, InfoTexts::UnitDescriptionText(u),
+                  u.category},
+                 QStringLiteral("the unit \"%1\"").arg(u.name), error);
 }
 
 bool SaveDtf(GeoStore& store, SystemDraft& d, QString* error) {
@@ -520,10 +517,14 @@ bool AddUnit(GeoStore& store, const QString& name, double metersPerUnit, const Q
         *error = QStringLiteral("A unit named \"%1\" already exists.").arg(name);
         return false;
     }
+    UnitRecord unit;
+    unit.name = name;
+    unit.metersPerUnit = metersPerUnit;
     return Write(store.userDb(),
                  QStringLiteral("INSERT INTO unit (name, name_key, meters_per_unit, suffix, "
-                                "category) VALUES (?, ?, ?, ?, ?)"),
-                 {name, Key(name), metersPerUnit, suffix, category},
+                                "description, category) VALUES (?, ?, ?, ?, ?, ?)"),
+                 {name, Key(name), metersPerUnit, suffix, InfoTexts::UnitDescriptionText(unit),
+                  category},
                  QStringLiteral("the unit \"%1\"").arg(name), error) &&
            tx.Commit(error);
 }

@@ -152,8 +152,17 @@ bool GeobaseToGeostatic(const QString& group, const QString& system, const QStri
         db->GetPostTranslation(group, system, e, n, z);
     sd->SetPostTranslation(e, n, z);
     sd->SetPostTranslationOn(post);
-    sd->SetPostText1(post ? db->GetPostModelName(group, system) : QString());
-    sd->SetPostText2(post ? db->GetPostModelFile(group, system) : QString());
+    QString postModel = post ? db->GetPostModelName(group, system) : QString();
+    QString postFile = post ? db->GetPostModelFile(group, system) : QString();
+    // Older systems name the shift model "OSTN02" and keep it in the geoid model file; the
+    // method lists know it as OSTN.
+    if (postModel.compare(QStringLiteral("OSTN02"), Qt::CaseInsensitive) == 0) {
+        postModel = QString::fromWCharArray(GeoidmodelTypeKeys[GeoidKey::Ostn]);
+        if (postFile.isEmpty())
+            postFile = db->GetGeoidModelFile(group, system);
+    }
+    sd->SetPostText1(postModel);
+    sd->SetPostText2(postFile);
     double a = 0, b = 0, c = 0, d = 1.0;
     const bool hor = post && db->HasPostHorAdjust(group, system);
     if (hor)

@@ -192,8 +192,17 @@ TEST_F(StoreLookup, InformationTextsHoldTheValuesInTheirLayout) {
     EXPECT_TRUE(text.contains(QStringLiteral("297.000000000")));
     EXPECT_TRUE(text.contains(QStringLiteral("EPSG code: 7022")));
 
+    // The editor shows what follows the tab, the unit page what follows the first line feed.
     EXPECT_EQ(m_db->GetUnitDescription(text, QStringLiteral("meters")),
-              QStringLiteral("Meters\tInternational metre"));
+              QStringLiteral("Meters\tMetric Conversion Factor:1.000000\r\n"
+                             "\tDescription: International metre\r\n"));
+    EXPECT_EQ(text.mid(text.indexOf(QLatin1Char('\n')) + 1),
+              QStringLiteral("\tDescription: International metre\r\n"));
+    // A unit stored without a description still gets one worth reading.
+    ASSERT_TRUE(m_db->AddUnit(QStringLiteral("chain"), 20.1168, QStringLiteral("ch")));
+    EXPECT_EQ(m_db->GetUnitDescription(text, QStringLiteral("chain")),
+              QStringLiteral("chain\tMetric Conversion Factor:20.116800\r\n"
+                             "\tDescription: chain, 20.1168 metres (user-defined)\r\n"));
 
     const QStringList dtf = Lines(m_db->GetDtfInfoText(text, QStringLiteral("ED50 to WGS 84 (1)")));
     EXPECT_TRUE(text.contains(QStringLiteral("\tMethod: Position Vector (7 parameters)\r\n")));

@@ -108,7 +108,9 @@ TEST_F(StoreSave, ANewSystemWithAwkwardNamesRoundTripsThroughEveryLookUp) {
     ASSERT_TRUE(m_db->FindProjectionSystem(prj, g, s));
     EXPECT_EQ(g, group);
     EXPECT_EQ(s, name);
-    EXPECT_EQ(m_db->GetUnitDescription(out, unit), unit + QStringLiteral("\thalf metre"));
+    EXPECT_EQ(m_db->GetUnitDescription(out, unit),
+              unit + QStringLiteral("\tMetric Conversion Factor:0.500000\r\n"
+                                    "\tDescription: half metre\r\n"));
 
     QString method;
     DtfValues values{};
@@ -162,7 +164,8 @@ TEST_F(StoreSave, ResavingUpdatesTheSystemAndItsPartsAndMovesItBetweenGroups) {
     m_sd->SetGroupName(QStringLiteral("Harbours"));
     DtfValues values{-80.0, -90.0, -110.0, 0.0, 0.0, 0.0, 1.0};
     m_sd->SetDtfParameters(values, 0, 0.0, 0.0);
-    m_sd->SetUnitDefinition(0.25, QStringLiteral("quarter metre"), UNIT_CATEGORY_LENGTH);
+    // A stored unit is referenced: a stale suffix handed over by a page changes nothing.
+    m_sd->SetUnitSuffix(QStringLiteral("m"));
     PrjParamBlock block;
     QStringList texts, names;
     QList<unsigned> types;
@@ -189,8 +192,9 @@ TEST_F(StoreSave, ResavingUpdatesTheSystemAndItsPartsAndMovesItBetweenGroups) {
     int category = 0;
     ASSERT_TRUE(m_db->GetUnitDefinition(name + QStringLiteral("-unit"), suffix, factor, category,
                                         description));
-    EXPECT_EQ(factor, 0.25);
-    EXPECT_EQ(description, QStringLiteral("quarter metre"));
+    EXPECT_EQ(factor, 0.5);
+    EXPECT_EQ(suffix, QStringLiteral("hm"));
+    EXPECT_EQ(description, QStringLiteral("half metre"));
     m_db->GetProjectionParameters(name + QStringLiteral("-Prj"), block, texts, names, types);
     EXPECT_EQ(block.count, 5);
     EXPECT_EQ(block.values[3], 200000.0);
@@ -238,7 +242,12 @@ TEST_F(StoreSave, RefusedSavesLeaveTheUserDatabaseAsItWas) {
     ExpectRefusedSave(QStringLiteral("A pre-defined projection cannot be changed"));
     UsePredefinedParts();
     m_sd->SetUnitFactor(0.3048);
-    ExpectRefusedSave(QStringLiteral("A pre-defined unit cannot be changed"));
+    ExpectRefusedSave(QStringLiteral("\"Meters\" is 1 m per unit and cannot be changed"));
+    // So is another factor for a user unit other systems may measure in.
+    UsePredefinedParts();
+    m_sd->SetUnitName(QStringLiteral("Existing-unit"));
+    m_sd->SetUnitFactor(0.25);
+    ExpectRefusedSave(QStringLiteral("\"Existing-unit\" is 0.5 m per unit"));
 
     // Pre-defined group and system names.
     UsePredefinedParts();
@@ -421,4 +430,54 @@ TEST_F(StoreSave, GeobaseToGeostaticKeepsTheChartDatum) {
     QString out;
     EXPECT_EQ(copy->GetChartDatum(out), QStringLiteral("MLLW"));
     EXPECT_EQ(copy->GetGeoidFile(out), QStringLiteral("xGEOID20B"));
+}
+
+TEST_F(StoreSave, TheEditorsUnchangedGeoidAndAnOldShiftModelSurviveASave) {
+    const QString group = QStringLiteral("Ports");
+    const QString name = QStringLiteral("Dover");
+    FillNewSystem(*m_sd, group, name);
+    m_sd->SetGeoidEnabled(true);
+    m_sd->SetGeoidMethod(QStringLiteral("OSGM"));
+    m_sd->SetGeoidFile(QStringLiteral("OSTN02_OSGM02_GB.txt"));
+    m_sd->SetPostTranslationOn(true);
+    m_sd->SetPostModelName(QStringLiteral("OSTN02"));
+    ASSERT_TRUE(m_sd->SaveCoordSys()) << m_sd->LastError().toStdString();
+    // Stored names come back as stored; the dialogs map the old shift model themselves.
+    EXPECT_EQ(m_db->GetPostModelName(group, name), QStringLiteral("OSTN02"));
+
+    // The editor hands over the stored model, then only what the user changed: nothing.
+    auto edit = [&](const QString& method, const QString& file) {
+        ASSERT_TRUE(m_sd->LoadCoordSys(group, name));
+        m_sd->SetGeoidEnabled(true);
+        m_sd->SetGeoidModelName(m_db->GetGeoidModelName(group, name));
+        m_sd->SetGeoidModelFile(m_db->GetGeoidModelFile(group, name));
+        m_sd->SetGeoidMethod(method);
+        m_sd->SetGeoidFile(file);
+        ASSERT_TRUE(m_sd->SaveCoordSys()) << m_sd->LastError().toStdString();
+    };
+    edit(QString(), QString());
+    EXPECT_TRUE(m_db->SystemHasGeoidModel(group, name));
+    EXPECT_EQ(m_db->GetGeoidModelName(group, name), QStringLiteral("OSGM"));
+    EXPECT_EQ(m_db->GetGeoidModelFile(group, name), QStringLiteral("OSTN02_OSGM02_GB.txt"));
+    edit(QString(), QStringLiteral("OSGM15_GB.txt")); // another file only
+    EXPECT_EQ(m_db->GetGeoidModelName(group, name), QStringLiteral("OSGM"));
+    EXPECT_EQ(m_db->GetGeoidModelFile(group, name), QStringLiteral("OSGM15_GB.txt"));
+    edit(QStringLiteral("EGM96"), QString()); // a method without a file
+    EXPECT_EQ(m_db->GetGeoidModelName(group, name), QStringLiteral("EGM96"));
+    EXPECT_TRUE(m_db->GetGeoidModelFile(group, name).isEmpty());
+    edit(QStringLiteral("--None--"), QString());
+    EXPECT_FALSE(m_db->SystemHasGeoidModel(group, name));
+
+    // A copy names the old shift model as the lists do, with the file that holds it.
+    ASSERT_TRUE(m_sd->LoadCoordSys(group, name));
+    m_sd->SetGeoidModelName(QStringLiteral("OSGM"));
+    m_sd->SetGeoidModelFile(QStringLiteral("OSTN02_OSGM02_GB.txt"));
+    ASSERT_TRUE(m_sd->SaveCoordSys()) << m_sd->LastError().toStdString();
+    auto copy = m_store.staticData();
+    ASSERT_TRUE(
+        OrvGeoWizard::Utils::GeobaseToGeostatic(group, name, QString(), m_db.get(), copy.get()));
+    QString out;
+    EXPECT_EQ(copy->GetPostModelName(out), QStringLiteral("OSTN"));
+    EXPECT_EQ(copy->GetPostModelFile(out), QStringLiteral("OSTN02_OSGM02_GB.txt"));
+    EXPECT_EQ(copy->GetGeoidMethod(out), QStringLiteral("OSGM"));
 }
