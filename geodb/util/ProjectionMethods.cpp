@@ -82,7 +82,7 @@ constexpr int CodesEqualEarth[] = {1078};
 constexpr int CodesKrovak[] = {9819, 1041}; // south-west and north-east orientated axes
 constexpr int CodesEqcSpherical[] = {1029};
 constexpr int CodesPseudoMerc[] = {1024};
-constexpr int CodesEqc[] = {1028};
+constexpr int CodesCeaSpherical[] = {9834};
 constexpr int CodesHyperCassini[] = {9833};
 constexpr int CodesNzmg[] = {9811};
 constexpr int CodesLccBelgium[] = {9803};
@@ -118,7 +118,8 @@ constexpr std::array<Method, 32> Methods = {{
     {21, "Krovak", CodesKrovak, Krovak, true, "krovak"},
     {22, "Equidistant Cylindrical (Spherical)", CodesEqcSpherical, FirstParallel, true, "eqc"},
     {23, "Popular Visualisation Pseudo Mercator", CodesPseudoMerc, NaturalOrigin, true, "webmerc"},
-    {24, "Equidistant Cylindrical", CodesEqc, FirstParallel, true, "eqc"},
+    {24, "Lambert Cylindrical Equal Area (Spherical)", CodesCeaSpherical, FirstParallel, true,
+     "cea"},
     {25, "Hyperbolic Cassini-Soldner", CodesHyperCassini, NaturalOrigin, true, "cass"},
     {26, "New Zealand Map Grid", CodesNzmg, NaturalOrigin, true, "nzmg"},
     {27, "Lambert Conic Conformal (2SP Belgium)", CodesLccBelgium, FalseOrigin2Sp, true, "lcc"},
