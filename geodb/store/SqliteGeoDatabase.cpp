@@ -16,6 +16,34 @@ std::optional<SystemRecord> SqliteGeoDatabase::System(const QString& group,
     return m_store->FindSystem(group, system);
 }
 
+std::optional<ProjectionRecord> SqliteGeoDatabase::Projection(const QString& name) const {
+    if (auto prj = m_store->FindProjection(name))
+        return prj;
+    for (qsizetype at = name.lastIndexOf(QLatin1Char('_')); at > 0;
+         at = name.lastIndexOf(QLatin1Char('_'), at - 1)) {
+        auto base = m_store->FindProjection(name.left(at));
+        const auto unit = m_store->FindUnit(name.mid(at + 1));
+        if (!base || !unit)
+            continue;
+        const auto baseUnit = m_store->FindUnit(base->unitName);
+        if (!baseUnit || baseUnit->metersPerUnit <= 0 || unit->metersPerUnit <= 0)
+            return std::nullopt;
+        const double ratio = baseUnit->metersPerUnit / unit->metersPerUnit;
+        base->name = name;
+        base->unitName = unit->name;
+        base->epsgCode = 0;
+        base->scope = 0; // stored nowhere yet
+        for (PrjParamRecord& p : base->params) {
+            if (p.type != PRM_LENGTH)
+                continue;
+            p.value *= ratio;
+            p.valueText = QString::number(p.value, 'f', 6);
+        }
+        return base;
+    }
+    return std::nullopt;
+}
+
 QStringList SqliteGeoDatabase::NamesInScope(const QString& sql, int scope,
                                             const QVariantList& values) {
     QStringList names;
@@ -126,13 +154,13 @@ QString SqliteGeoDatabase::GetCoordSysPrjMethod(const QString& group, const QStr
 }
 
 QString SqliteGeoDatabase::GetProjectionMethodName(QString& out, const QString& projection) {
-    const auto prj = m_store->FindProjection(projection);
+    const auto prj = Projection(projection);
     out = prj ? InfoTexts::PrjMethodName(prj->methodId) : QString();
     return out;
 }
 
 QString SqliteGeoDatabase::GetProjectionUnit(QString& out, const QString& projection) {
-    const auto prj = m_store->FindProjection(projection);
+    const auto prj = Projection(projection);
     out = prj ? prj->unitName : QString();
     return out;
 }
@@ -144,7 +172,7 @@ void SqliteGeoDatabase::GetProjectionParameters(const QString& prjName, PrjParam
     values.clear();
     names.clear();
     types.clear();
-    const auto prj = m_store->FindProjection(prjName);
+    const auto prj = Projection(prjName);
     if (!prj)
         return;
     for (const PrjParamRecord& p : prj->params) {
@@ -295,7 +323,7 @@ QString SqliteGeoDatabase::GetSystemInfoText(QString& out, const QString& group,
 }
 
 QString SqliteGeoDatabase::GetProjectionInfoText(const QString& prjName) {
-    const auto prj = m_store->FindProjection(prjName);
+    const auto prj = Projection(prjName);
     return prj ? InfoTexts::Projection(*prj) : QString();
 }
 

@@ -89,6 +89,10 @@ public:
 
 private:
     std::optional<SystemRecord> System(const QString& group, const QString& system) const;
+    // A stored projection, or one the projection page converted to the wizard's unit and
+    // named "<projection>_<unit>" but not saved yet: the stored projection's values with
+    // every length converted into that unit.
+    std::optional<ProjectionRecord> Projection(const QString& name) const;
     QStringList NamesInScope(const QString& sql, int scope, const QVariantList& values = {});
 
     std::unique_ptr<GeoStore> m_store;

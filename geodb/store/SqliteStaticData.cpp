@@ -2,6 +2,11 @@
 
 #include "api/ProjectionMethods.h"
 #include "store/InfoTexts.h"
+#include "util/GeoFormat.h"
+
+#include <QRegularExpression>
+
+#include <cmath>
 
 namespace {
 
@@ -18,6 +23,40 @@ QString Esc(const QString& text) {
 
 QString Num(double value, int decimals) {
     return QString::number(value, 'f', decimals);
+}
+
+// The number a parameter's text shows: angles as latitude or longitude texts, everything
+// else as a plain number (point or comma).
+bool ParseParamText(const QString& text, unsigned type, double& out) {
+    if (type == PRM_LATITUDE || type == PRM_LONGITUDE)
+        return StringToGeo(text, out);
+    bool ok = false;
+    QString plain = text.trimmed();
+    plain.replace(QLatin1Char(','), QLatin1Char('.'));
+    const double value = plain.toDouble(&ok);
+    if (ok && std::isfinite(value))
+        out = value;
+    return ok && std::isfinite(value);
+}
+
+// True when the text is the value rounded for display, so the value keeps its precision.
+bool TextShowsValue(const QString& text, unsigned type, double parsed, double value) {
+    double tolerance = 1e-9; // degrees: far below the 7 decimals of arc-seconds shown
+    if (type != PRM_LATITUDE && type != PRM_LONGITUDE) {
+        const qsizetype point = text.indexOf(QRegularExpression(QStringLiteral("[.,]")));
+        const qsizetype decimals = point < 0 ? 0 : text.trimmed().size() - point - 1;
+        tolerance = 0.5 * std::pow(10.0, -double(decimals)) * 1.000001;
+    }
+    return std::fabs(parsed - value) <= tolerance + 1e-12 * std::fabs(value);
+}
+
+QString ParamText(double value, unsigned type) {
+    QString text;
+    if (type == PRM_LATITUDE || type == PRM_LONGITUDE) {
+        if (FormatGeogs(value, 7, 7, type == PRM_LATITUDE ? 10 : 11, text, true, true))
+            return text;
+    }
+    return Num(value, 6);
 }
 
 } // namespace
@@ -172,13 +211,25 @@ void SqliteStaticData::SetDtfParameters(const DtfValues& values, unsigned char o
 void SqliteStaticData::SetProjectionParameters(const PrjParamBlock& params,
                                                const QStringList& values, const QStringList& names,
                                                const QList<unsigned>& types) {
+    // The text is what the person saw and edited; the number is kept only where the text
+    // shows it (rounded), so that a text changed alone (a converted length) is not lost.
     QList<PrjParamRecord> list;
     for (int i = 0; i < names.size(); ++i) {
         PrjParamRecord p;
         p.name = names[i];
-        p.value = i < params.count && i < PrjParamBlock::MaxParams ? params.values[i] : 0.0;
+        const bool haveValue = i < params.count && i < PrjParamBlock::MaxParams;
+        p.value = haveValue ? params.values[i] : 0.0;
         p.valueText = i < values.size() ? values[i] : QString();
         p.type = i < types.size() ? types[i] : PRM_PLAIN;
+        double parsed = 0;
+        if (p.type != PRM_HIDDEN) {
+            if (!p.valueText.trimmed().isEmpty() && ParseParamText(p.valueText, p.type, parsed)) {
+                if (!haveValue || !TextShowsValue(p.valueText, p.type, parsed, p.value))
+                    p.value = parsed;
+            } else if (p.valueText.trimmed().isEmpty() && haveValue) {
+                p.valueText = ParamText(p.value, p.type);
+            }
+        }
         list << p;
     }
     m_draft.projection.params = list;

@@ -1,10 +1,12 @@
 #include "store/SystemWriter.h"
 
+#include "api/GeoKeys.h"
 #include "api/ProjectionMethods.h"
 #include "store/GeoStore.h"
 #include "store/InfoTexts.h"
 #include "store/Schema.h"
 #include "store/StoreSql.h"
+#include "util/UtmZones.h"
 
 #include <QSqlError>
 
@@ -140,6 +142,67 @@ QVariantList DtfValuesOf(const DtfRecord& d, const QString& src, const QString& 
     return v;
 }
 
+PrjParamRecord* ParamNamed(QList<PrjParamRecord>& params, const wchar_t* key) {
+    const QString name = QString::fromWCharArray(key);
+    for (PrjParamRecord& p : params) {
+        if (p.name.compare(name, Qt::CaseInsensitive) == 0)
+            return &p;
+    }
+    return nullptr;
+}
+
+// A UTM projection keeps its zone and hemisphere as the texts of the two lists, in hidden
+// rows, so that reading it back selects them again. The dialogs hand the rows they show and
+// the two texts apart; texts not handed over come from the rows or from the central meridian
+// and the false northing.
+bool SetUtmRows(SystemDraft& d, QString* error) {
+    SystemRecord& s = d.system;
+    QList<PrjParamRecord>& params = d.projection.params;
+    PrjParamRecord* zoneRow = ParamNamed(params, projectionParamKeys[ProjectionParamZoneKey]);
+    PrjParamRecord* hemiRow = ParamNamed(params, projectionParamKeys[ProjectionParamHemisphereKey]);
+    const PrjParamRecord* meridian = ParamNamed(params, projectionParamKeys[1]);
+    const PrjParamRecord* northing = ParamNamed(params, projectionParamKeys[4]);
+    if (s.utmZoneText.trimmed().isEmpty() && zoneRow)
+        s.utmZoneText = zoneRow->valueText;
+    if (s.utmZoneText.trimmed().isEmpty() && meridian) {
+        const long zone = std::lround((meridian->value + 183.0) / 6.0);
+        if (zone >= 1 && zone <= UtmZones::ZoneCount)
+            s.utmZoneText = UtmZones::ZoneText(int(zone));
+    }
+    int zone = 0, degrees = 0;
+    QChar letter;
+    if (!UtmZones::ParseZoneText(s.utmZoneText, zone, degrees, letter) || zone < 1 ||
+        zone > UtmZones::ZoneCount) {
+        *error = QStringLiteral("The UTM projection \"%1\" has no zone (\"%2\" is not one of "
+                                "\"Zone  1     (177 W)\" to \"Zone 60     (177 E)\").")
+                     .arg(d.projection.name, s.utmZoneText);
+        return false;
+    }
+    s.utmZoneText = UtmZones::ZoneText(zone);
+    if (s.utmHemisphereText.trimmed().isEmpty() && hemiRow)
+        s.utmHemisphereText = hemiRow->valueText;
+    if (s.utmHemisphereText != UtmZones::NorthernText() &&
+        s.utmHemisphereText != UtmZones::SouthernText())
+        s.utmHemisphereText = northing && northing->value != 0.0 ? UtmZones::SouthernText()
+                                                                 : UtmZones::NorthernText();
+    const bool south = s.utmHemisphereText == UtmZones::SouthernText();
+    auto setRow = [&](PrjParamRecord* row, int key, double value, const QString& text) {
+        if (!row) {
+            params << PrjParamRecord{QString::fromWCharArray(projectionParamKeys[key]), 0,
+                                     QString(), PRM_HIDDEN};
+            row = &params.last();
+        }
+        row->value = value;
+        row->valueText = text;
+        row->type = PRM_HIDDEN;
+    };
+    setRow(zoneRow, ProjectionParamZoneKey, zone, s.utmZoneText);
+    hemiRow = ParamNamed(params, projectionParamKeys[ProjectionParamHemisphereKey]);
+    setRow(hemiRow, ProjectionParamHemisphereKey, south ? 1.0 : 0.0, s.utmHemisphereText);
+    d.utmMode = true;
+    return true;
+}
+
 struct Resolved {
     SystemDraft d;
     const ProjectionMethods::Method* method = nullptr;
@@ -196,6 +259,12 @@ bool Validate(const GeoStore& store, const SystemDraft& in, Resolved& out, QStri
         return fail(
             QStringLiteral("The projection \"%1\" has no known method.").arg(d.projection.name));
     d.projection.methodId = out.method->id;
+    if (out.method->id == ProjectionMethods::UtmId) {
+        if (!SetUtmRows(d, error))
+            return false;
+    } else {
+        d.utmMode = false; // zone and hemisphere belong to UTM alone
+    }
     for (const PrjParamRecord& p : d.projection.params) {
         if (!std::isfinite(p.value))
             return fail(

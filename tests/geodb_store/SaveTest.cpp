@@ -237,7 +237,7 @@ TEST_F(StoreSave, RefusedSavesLeaveTheUserDatabaseAsItWas) {
     QStringList texts, names;
     QList<unsigned> types;
     m_db->GetProjectionParameters(QStringLiteral("UTM Zone-31N"), block, texts, names, types);
-    block.values[3] = 400000.0;
+    texts[3] = QStringLiteral("400000.000000"); // the text alone, as a page changes it
     m_sd->SetProjectionParameters(block, texts, names, types);
     ExpectRefusedSave(QStringLiteral("A pre-defined projection cannot be changed"));
     UsePredefinedParts();
@@ -480,4 +480,74 @@ TEST_F(StoreSave, TheEditorsUnchangedGeoidAndAnOldShiftModelSurviveASave) {
     EXPECT_EQ(copy->GetPostModelName(out), QStringLiteral("OSTN"));
     EXPECT_EQ(copy->GetPostModelFile(out), QStringLiteral("OSTN02_OSGM02_GB.txt"));
     EXPECT_EQ(copy->GetGeoidMethod(out), QStringLiteral("OSGM"));
+}
+
+TEST_F(StoreSave, ProjectionRowsRoundTripAsThePagesHandThemOver) {
+    const QString group = QStringLiteral("Rigs");
+    PrjParamBlock block;
+    QStringList texts, names;
+    QList<unsigned> types;
+    auto read = [&](const QString& prj) {
+        m_db->GetProjectionParameters(prj, block, texts, names, types);
+    };
+
+    // UTM: the five rows shown, the zone and hemisphere texts apart.
+    FillNewSystem(*m_sd, group, QStringLiteral("Rig"));
+    read(QStringLiteral("UTM Zone-31N"));
+    m_sd->SetProjectionMethod(QStringLiteral("UTM"));
+    m_sd->SetProjectionName(QStringLiteral("Rig-Prj"), 1);
+    m_sd->SetUtmMode(true);
+    m_sd->SetUtmZoneText(QStringLiteral("Zone 32     (  9 E)"));
+    m_sd->SetUtmHemisphereText(QStringLiteral("Southern"));
+    block.values[1] = 9.0;
+    block.values[4] = 10000000.0;
+    m_sd->SetProjectionParameters(block,
+                                  {texts[0], QStringLiteral("009°00'00.0000000\"E"), texts[2],
+                                   texts[3], QStringLiteral("10000000.0000000")},
+                                  names.mid(0, 5), types.mid(0, 5));
+    ASSERT_TRUE(m_sd->SaveCoordSys()) << m_sd->LastError().toStdString();
+    read(QStringLiteral("Rig-Prj"));
+    ASSERT_EQ(names.size(), 7);
+    EXPECT_EQ(names[5], QStringLiteral("UTM zone"));
+    EXPECT_EQ(texts[5], QStringLiteral("Zone 32     (  9 E)"));
+    EXPECT_EQ(texts[6], QStringLiteral("Southern"));
+    EXPECT_EQ(types[6], unsigned(PRM_HIDDEN));
+    EXPECT_EQ(block.values[4], 10000000.0);
+
+    // A method changed from UTM keeps no zone.
+    ASSERT_TRUE(m_sd->LoadCoordSys(group, QStringLiteral("Rig")));
+    FillNewSystem(*m_sd, group, QStringLiteral("Rig"));
+    m_sd->SetUtmMode(true);
+    m_sd->SetUtmZoneText(QStringLiteral("Zone 32     (  9 E)"));
+    ASSERT_TRUE(m_sd->SaveCoordSys()) << m_sd->LastError().toStdString();
+    QString info;
+    m_db->GetSystemInfoText(info, group, QStringLiteral("Rig"), {}, {}, {}, {}, {});
+    EXPECT_FALSE(info.contains(QStringLiteral("UTM zone"))) << info.toStdString();
+
+    // The projection page converts a projection into the wizard's unit by its texts and
+    // names it "<projection>_<unit>"; the library answers for that name before it is saved.
+    const QString converted = QStringLiteral("Gauß-Krüger Zone 3_US survey foot");
+    QString out;
+    EXPECT_EQ(m_db->GetProjectionMethodName(out, converted), QStringLiteral("Transverse Mercator"));
+    EXPECT_EQ(m_db->GetProjectionUnit(out, converted), QStringLiteral("US survey foot"));
+    EXPECT_FALSE(m_db->IsPrjOfType(converted, GEODB_ALL));
+    read(converted);
+    ASSERT_EQ(block.count, 5);
+    const double feet = 3500000.0 / (1200.0 / 3937.0);
+    EXPECT_NEAR(block.values[3], feet, 1e-6);
+    EXPECT_EQ(texts[3], QString::number(feet, 'f', 6));
+    EXPECT_EQ(texts[1], QStringLiteral("009°00'00.0000000\"E"));
+
+    read(QStringLiteral("Gauß-Krüger Zone 3"));
+    texts[3] = QString::number(feet, 'f', 6); // the text alone, as the page converts it
+    FillNewSystem(*m_sd, group, QStringLiteral("Rig (ftUS)"));
+    m_sd->SetUnitName(QStringLiteral("US survey foot"));
+    m_sd->SetProjectionMethod(QStringLiteral("Transverse Mercator"));
+    m_sd->SetProjectionName(converted, 2);
+    m_sd->SetProjectionParameters(block, texts, names, types);
+    ASSERT_TRUE(m_sd->SaveCoordSys()) << m_sd->LastError().toStdString();
+    EXPECT_TRUE(m_db->IsPrjStoredOfType(converted));
+    read(converted);
+    EXPECT_NEAR(block.values[3], feet, 1e-6);
+    EXPECT_EQ(block.values[1], 9.0); // an angle its text shows keeps its full value
 }
