@@ -98,6 +98,8 @@ public:
     virtual bool IsSystemInUse(const QString& group, const QString& system) = 0;
     // Chart datum of a stored system's vertical datum transformation (empty = none).
     virtual QString GetChartDatum(const QString& group, const QString& system) = 0;
+    // Longitude of a stored system's prime meridian, degrees east of Greenwich (0 = Greenwich).
+    virtual double GetPrimeMeridian(const QString& group, const QString& system) = 0;
     // The reason of the last failed operation, in words a surveyor can act on.
     virtual QString LastError() const = 0;
 };

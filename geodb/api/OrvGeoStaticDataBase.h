@@ -89,4 +89,6 @@ public:
     // every field the dialogs do not touch.
     virtual bool LoadCoordSys(const QString& group, const QString& system) = 0;
     virtual QString LastError() const = 0;
+    // Prime meridian of the system being built, degrees east of Greenwich (0 = Greenwich).
+    virtual void SetPrimeMeridian(double degreesEast) = 0;
 };

@@ -376,6 +376,11 @@ QString SqliteGeoDatabase::GetChartDatum(const QString& group, const QString& sy
     return s ? s->chartDatum : QString();
 }
 
+double SqliteGeoDatabase::GetPrimeMeridian(const QString& group, const QString& system) {
+    const auto s = System(group, system);
+    return s ? s->primeMeridian : 0.0;
+}
+
 bool SqliteGeoDatabase::GetPostTranslation(const QString& group, const QString& system, double& e,
                                            double& n, double& z) {
     const auto s = System(group, system);

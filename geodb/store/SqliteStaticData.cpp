@@ -316,6 +316,10 @@ QString SqliteStaticData::GetOverviewText(QString& out) {
                        .arg(Num(v[13], 8), Num(v[14], 3));
         }
     }
+    if (s.primeMeridian != 0.0)
+        html += row(QStringLiteral("Prime meridian:"),
+                    QStringLiteral("%1 degrees east of Greenwich")
+                        .arg(QString::number(s.primeMeridian, 'g', 15)));
     html += row(QStringLiteral("Datum transformation:"), dtf);
     html += row(QStringLiteral("Unit:"),
                 QStringLiteral("%1 (%2 m per unit)")
@@ -503,6 +507,10 @@ void SqliteStaticData::SetUtmHemisphereText(const QString& hemisphereText) {
 
 void SqliteStaticData::SetUtmMode(bool on) {
     m_draft.utmMode = on;
+}
+
+void SqliteStaticData::SetPrimeMeridian(double degreesEast) {
+    m_draft.system.primeMeridian = degreesEast;
 }
 
 bool SqliteStaticData::IsMethodUnitFree(int methodId) {

@@ -79,6 +79,7 @@ public:
     void Clear() override;
     bool LoadCoordSys(const QString& group, const QString& system) override;
     QString LastError() const override { return m_lastError; }
+    void SetPrimeMeridian(double degreesEast) override;
 
     const SystemDraft& Draft() const { return m_draft; }
 

@@ -337,6 +337,13 @@ bool SaveDtf(GeoStore& store, SystemDraft& d, QString* error) {
         d.system.dtfName = stored->name;
         return true;
     }
+    // The engine takes a default observation epoch as the time of every position.
+    if (t.obsEpoch != 0.0 && (t.obsEpoch < 1900.0 || t.obsEpoch > 2200.0)) {
+        *error = QStringLiteral("The default observation epoch %1 of the datum transformation "
+                                "\"%2\" is not a year between 1900 and 2200 (0 for none).")
+                     .arg(QString::number(t.obsEpoch, 'g', 12), t.name);
+        return false;
+    }
     QSqlDatabase db = store.userDb();
     const QString what = QStringLiteral("the datum transformation \"%1\"").arg(t.name);
     QVariantList values = DtfValuesOf(t, d.system.satEllipsoid, d.system.localEllipsoid);

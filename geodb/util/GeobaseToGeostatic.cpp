@@ -79,6 +79,8 @@ bool GeobaseToGeostatic(const QString& group, const QString& system, const QStri
     sd->SelectSatelliteEllipsoid(satellite);
     sd->SelectLocalEllipsoid(local);
     sd->SetLocalEllipsoidValues(ellipsoid);
+    // Longitudes of a system on a local prime meridian count from it (Paris, Bern, ...).
+    sd->SetPrimeMeridian(db->GetPrimeMeridian(group, system));
 
     // Datum transformation.
     QString dtfMethod, text;

@@ -249,6 +249,13 @@ TEST_F(StoreSave, RefusedSavesLeaveTheUserDatabaseAsItWas) {
     m_sd->SetUnitFactor(0.25);
     ExpectRefusedSave(QStringLiteral("\"Existing-unit\" is 0.5 m per unit"));
 
+    // Values that do not belong where they were handed over: no observation year.
+    FillNewSystem(*m_sd, QStringLiteral("Ports"), QStringLiteral("Existing"));
+    m_sd->SetDtfParameters({-81.5, -90.25, -115.125}, 0, 1133.0, 0.0);
+    ExpectRefusedSave(QStringLiteral("1133"));
+    m_sd->SetDtfParameters({-81.5, -90.25, -115.125}, 0, 2010.5, 0.0);
+    EXPECT_TRUE(m_sd->SaveCoordSys()) << m_sd->LastError().toStdString();
+
     // Pre-defined group and system names.
     UsePredefinedParts();
     m_sd->SetGroupName(QStringLiteral("EUROPE"));
@@ -365,6 +372,7 @@ TEST_F(StoreSave, GeobaseToGeostaticCopiesAStoredSystem) {
     m_sd->SetPostModelName(QStringLiteral("Local Height Shift"));
     m_sd->SetPostVertAdjustOn(true);
     m_sd->SetPostVertAdjust(1.0, 2.0, 3.0, 4.0);
+    m_sd->SetPrimeMeridian(2.5969213);
     ASSERT_TRUE(m_sd->SaveCoordSys()) << m_sd->LastError().toStdString();
 
     auto copy = m_store.staticData();
@@ -383,6 +391,7 @@ TEST_F(StoreSave, GeobaseToGeostaticCopiesAStoredSystem) {
     a.replace(QStringLiteral("MANUAL SEPARATION"), QStringLiteral("Manual Separation"));
     EXPECT_EQ(b.replace(QStringLiteral("Borssele copy"), QStringLiteral("Borssele")), a);
     EXPECT_EQ(m_db->GetManualGeoidSeparation(group, QStringLiteral("Borssele copy")), 42.125);
+    EXPECT_EQ(m_db->GetPrimeMeridian(group, QStringLiteral("Borssele copy")), 2.5969213);
     double e = 0, n = 0, se = 0, sn = 0;
     ASSERT_TRUE(m_db->GetPostVertAdjust(group, QStringLiteral("Borssele copy"), e, n, se, sn));
     EXPECT_EQ(sn, 4.0);
