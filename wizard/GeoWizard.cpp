@@ -258,7 +258,8 @@ void GeoWizard::OnPaint(QPainter& dc, const QString& title) {
     titleFont.setWeight(QFont::Normal);
     dc.setFont(titleFont);
     dc.setPen(palette().color(QPalette::WindowText));
-    dc.drawText(QRect(0, 0, client.width(), 18), Qt::AlignLeft | Qt::AlignTop, title);
+    // the text cell's top left at (0, 0), unclipped, whatever the font's height
+    dc.drawText(QPoint(0, dc.fontMetrics().ascent()), title);
     dc.restore();
 }
 

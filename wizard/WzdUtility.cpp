@@ -21,6 +21,8 @@ namespace {
 constexpr int kMaxProgramPath = 260;
 constexpr double kMinScaleFactor = 0.8;
 
+// Appends the path separator ('/', which Qt takes on every platform) unless the text already
+// ends in one; a value from ORV.ini written Windows-style keeps its trailing backslash.
 QString withSeparator(QString folder) {
     if (!folder.endsWith(QLatin1Char('/')) && !folder.endsWith(QLatin1Char('\\')))
         folder += QLatin1Char('/');
@@ -56,13 +58,19 @@ bool isAngle(unsigned type) {
 } // namespace
 
 bool WzdUtility::GetCommonFolders(QString& dataFolder) {
+    // Each call starts afresh: after a failure the callers build their start folders from
+    // an empty common data folder, not from what an earlier call found.
+    m_programFolder.clear();
+    m_programFileName.clear();
+    m_commonDataFolder.clear();
+
     const QString program = QCoreApplication::applicationFilePath();
     if (program.isEmpty() || program.size() > kMaxProgramPath)
         return false;
     QString folder, name, extension;
     SplitPath(program, folder, name, extension);
     m_programFolder = folder;
-    m_programFileName = name + extension;
+    m_programFileName = name;
     CheckAppPathForDevelopEnvironment(m_programFolder);
 
     BrandingConfig& branding = BrandingConfig::Instance();

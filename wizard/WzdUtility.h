@@ -20,12 +20,20 @@ class WzdUtility {
 public:
     static constexpr int kMaxRows = 9;
 
-    // Reads ORV.ini of the program-data folder: the common data folder (kept, see
-    // GetCommonDataFolder) and the data folder (out). False when the program path, the
+    // Reads ORV.ini of the program-data folder, section DATA_PATH_SECTION:
+    //   common data folder = DataRoot + "/Projects Common Files/" while UseDefaultCommonPath
+    //                        is true or absent; else CommonPath + "/" (DataRoot + "/" when
+    //                        there is no CommonPath entry)
+    //   data folder (out)  = DataRoot + "/" + DataFolder + "/"
+    // Separators: where the folders are written with '\' on Windows ("\Projects Common
+    // Files", "General\Geoidmodels\Denmark\") this system writes '/'. Values from ORV.ini
+    // are taken as they stand, and a value that already ends in '/' or '\' gets no second
+    // separator. False, with every folder empty (out untouched), when the program path, the
     // root program-data folder or the settings file is missing.
     bool GetCommonFolders(QString& dataFolder);
-    // The folder of the running program (ending in a separator), its file name and the
-    // common data folder (ending in a separator) of the last GetCommonFolders.
+    // The folder of the running program (ending in a separator), its file name without the
+    // extension and the common data folder (ending in a separator) of the last
+    // GetCommonFolders.
     QString GetProgramFolder() const { return m_programFolder; }
     QString GetProgramFileName() const { return m_programFileName; }
     QString GetCommonDataFolder() const { return m_commonDataFolder; }

@@ -68,11 +68,27 @@ TEST_F(Settings, NoCommonPathEntryLeavesTheDataRoot) {
     EXPECT_EQ(dataFolder, QStringLiteral("/srv/orv/Data/"));
 }
 
-TEST_F(Settings, NoSettingsFileIsAFailure) {
-    BrandingConfig::Instance().SetRootProgramDataFolder(root.path());
-    QString dataFolder = QStringLiteral("untouched");
+TEST_F(Settings, NoSettingsFileIsAFailureThatForgetsEarlierFolders) {
+    writeIni("[DataPaths]\nDataRoot=/srv/orv/Data\n");
+    QString dataFolder;
+    ASSERT_TRUE(utility.GetCommonFolders(dataFolder));
+    ASSERT_FALSE(utility.GetCommonDataFolder().isEmpty());
+
+    ASSERT_TRUE(QFile::remove(root.filePath(QStringLiteral("Geodesy/ORV.ini"))));
+    dataFolder = QStringLiteral("untouched");
     EXPECT_FALSE(utility.GetCommonFolders(dataFolder));
     EXPECT_EQ(dataFolder, QStringLiteral("untouched"));
+    // callers then start from an empty common data folder, not the one found before
+    EXPECT_TRUE(utility.GetCommonDataFolder().isEmpty());
+}
+
+TEST_F(Settings, ValuesEndingInASeparatorGetNoSecondOne) {
+    writeIni("[DataPaths]\nDataRoot=/srv/orv/Data/\nDataFolder=Projects\\\n"
+             "UseDefaultCommonPath=no\nCommonPath=D:\\Common\\\n");
+    QString dataFolder;
+    ASSERT_TRUE(utility.GetCommonFolders(dataFolder));
+    EXPECT_EQ(utility.GetCommonDataFolder(), QStringLiteral("D:\\Common\\"));
+    EXPECT_EQ(dataFolder, QStringLiteral("/srv/orv/Data/Projects\\"));
 }
 
 namespace {
