@@ -28,8 +28,8 @@ public:
     // Separators: where the folders are written with '\' on Windows ("\Projects Common
     // Files", "General\Geoidmodels\Denmark\") this system writes '/'. Values from ORV.ini
     // are taken as they stand, and a value that already ends in '/' or '\' gets no second
-    // separator. False, with every folder empty (out untouched), when the program path, the
-    // root program-data folder or the settings file is missing.
+    // separator. False, out untouched and the common data folder empty, when the program
+    // path, the root program-data folder or the settings file is missing.
     bool GetCommonFolders(QString& dataFolder);
     // The folder of the running program (ending in a separator), its file name without the
     // extension and the common data folder (ending in a separator) of the last
