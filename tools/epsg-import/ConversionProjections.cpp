@@ -67,7 +67,7 @@ std::optional<QString> ConversionProjections::For(int convCode, int axisUom) {
     r.methodId = method->id;
     r.unitName = unitName;
     r.epsgCode = convCode;
-    r.epsgMethod = conv->method; // tells apart what one method id stands for (Krovak's axes)
+    r.epsgMethodCode = conv->method; // tells apart what one method id stands for (Krovak's axes)
     r.description = EpsgValues::JoinTexts(
         conv->description, m_usages.Of(UsageTable::Kind::Conversion, convCode).scope);
     r.params = *rows;
@@ -77,12 +77,12 @@ std::optional<QString> ConversionProjections::For(int convCode, int axisUom) {
     return r.name;
 }
 
-std::optional<QList<ParamRow>>
+std::optional<QList<PrjParamRecord>>
 ConversionProjections::RowsOf(const Conversion& conv, const ProjectionMethods::Method& method,
                               int axisUom) const {
     if (method.id == ProjectionMethods::NotImplementedId)
         return UntypedRowsOf(conv, axisUom);
-    QList<ParamRow> rows;
+    QList<PrjParamRecord> rows;
     for (const ProjectionMethods::Param& param : method.params) {
         const QString name = QString::fromLatin1(param.name);
         const auto found =
@@ -90,9 +90,9 @@ ConversionProjections::RowsOf(const Conversion& conv, const ProjectionMethods::M
                          [&](const ConvParam& p) { return p.code == param.epsgCode; });
         if (found == conv.params.cend()) {
             // EPSG leaves out nothing the method lists; keep the method's default.
-            rows.append(ParamRow{name, param.defaultValue,
-                                 EpsgValues::ParamText(param.defaultValue, param.type),
-                                 param.type});
+            rows.append(PrjParamRecord{name, param.defaultValue,
+                                       EpsgValues::ParamText(param.defaultValue, param.type),
+                                       param.type});
             continue;
         }
         if (!AppendRow(rows, *found, param.type, name, axisUom))
@@ -101,9 +101,9 @@ ConversionProjections::RowsOf(const Conversion& conv, const ProjectionMethods::M
     return rows;
 }
 
-std::optional<QList<ParamRow>> ConversionProjections::UntypedRowsOf(const Conversion& conv,
-                                                                    int axisUom) const {
-    QList<ParamRow> rows;
+std::optional<QList<PrjParamRecord>> ConversionProjections::UntypedRowsOf(const Conversion& conv,
+                                                                          int axisUom) const {
+    QList<PrjParamRecord> rows;
     for (const ConvParam& p : conv.params) {
         const QString name = m_paramNames.value(p.code);
         const QString kind = m_units.Find(p.uom).type;
@@ -127,9 +127,9 @@ std::optional<QList<ParamRow>> ConversionProjections::UntypedRowsOf(const Conver
     return rows;
 }
 
-bool ConversionProjections::AppendRow(QList<ParamRow>& rows, const ConvParam& p, unsigned type,
-                                      const QString& name, int axisUom) const {
-    ParamRow row{name, p.value, {}, type};
+bool ConversionProjections::AppendRow(QList<PrjParamRecord>& rows, const ConvParam& p,
+                                      unsigned type, const QString& name, int axisUom) const {
+    PrjParamRecord row{name, p.value, {}, type};
     const Uom uom = m_units.Find(p.uom);
     if (uom.type == QLatin1String("angle")) {
         const auto degrees = m_units.ToDegrees(p.value, p.uom);
@@ -144,7 +144,7 @@ bool ConversionProjections::AppendRow(QList<ParamRow>& rows, const ConvParam& p,
     } else if (uom.type == QLatin1String("scale")) {
         row.value = p.value * uom.factor.value_or(1.0);
     }
-    row.text = EpsgValues::ParamText(row.value, type);
+    row.valueText = EpsgValues::ParamText(row.value, type);
     rows.append(row);
     return true;
 }

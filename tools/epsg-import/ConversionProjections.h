@@ -48,15 +48,15 @@ private:
     };
 
     // The parameter rows in the method's order; nothing when a value does not convert.
-    std::optional<QList<ParamRow>>
+    std::optional<QList<PrjParamRecord>>
     RowsOf(const Conversion& conv, const ProjectionMethods::Method& method, int axisUom) const;
     // Every parameter in EPSG order, typed by its unit and name, for a method the engine
     // does not compute.
-    std::optional<QList<ParamRow>> UntypedRowsOf(const Conversion& conv, int axisUom) const;
+    std::optional<QList<PrjParamRecord>> UntypedRowsOf(const Conversion& conv, int axisUom) const;
     // Appends the row of p: angles in degrees, lengths in the axis unit, scales unitless.
     // False when the value's unit does not convert.
-    bool AppendRow(QList<ParamRow>& rows, const ConvParam& p, unsigned type, const QString& name,
-                   int axisUom) const;
+    bool AppendRow(QList<PrjParamRecord>& rows, const ConvParam& p, unsigned type,
+                   const QString& name, int axisUom) const;
 
     ImportSession& m_session;
     const UnitTable& m_units;

@@ -22,19 +22,19 @@ bool ProjectionWriter::Write(const ProjectionRecord& r) {
     ins.addBindValue(r.methodId);
     ins.addBindValue(r.unitName);
     ins.addBindValue(r.epsgCode);
-    ins.addBindValue(r.epsgMethod);
+    ins.addBindValue(r.epsgMethodCode);
     ins.addBindValue(NotNull(r.description));
     if (!ins.exec())
         return m_session.Fail(QStringLiteral("cannot write projection %1").arg(r.name), ins);
     const qint64 id = ins.lastInsertId().toLongLong();
     for (int i = 0; i < r.params.size(); ++i) {
-        const ParamRow& row = r.params[i];
+        const PrjParamRecord& row = r.params[i];
         QSqlQuery& p = m_paramInsert;
         p.addBindValue(id);
         p.addBindValue(i);
         p.addBindValue(row.name);
         p.addBindValue(row.value);
-        p.addBindValue(NotNull(row.text));
+        p.addBindValue(NotNull(row.valueText));
         p.addBindValue(row.type);
         if (!p.exec())
             return m_session.Fail(QStringLiteral("cannot write the parameters of %1").arg(r.name),

@@ -22,26 +22,26 @@ int ConversionCode(const Zone& z) {
     return (z.south ? UtmSouthFirst : UtmNorthFirst) + z.zone - 1;
 }
 
-QList<ParamRow> ParamsOf(const Zone& z) {
+QList<PrjParamRecord> ParamsOf(const Zone& z) {
     const QString zoneKey = QString::fromWCharArray(projectionParamKeys[ProjectionParamZoneKey]);
     const QString hemisphereKey =
         QString::fromWCharArray(projectionParamKeys[ProjectionParamHemisphereKey]);
-    QList<ParamRow> rows;
+    QList<PrjParamRecord> rows;
     for (const ProjectionMethods::Param& param :
          ProjectionMethods::ById(ProjectionMethods::UtmId)->params) {
-        ParamRow row{QString::fromLatin1(param.name), param.defaultValue, {}, param.type};
+        PrjParamRecord row{QString::fromLatin1(param.name), param.defaultValue, {}, param.type};
         if (param.epsgCode == ParamCentralMeridian)
             row.value = UtmZones::CentralMeridian(z.zone);
         else if (param.epsgCode == ParamFalseNorthing)
             row.value = z.south ? 10000000.0 : 0.0;
         if (row.name == zoneKey) {
             row.value = z.zone;
-            row.text = UtmZones::ZoneText(z.zone);
+            row.valueText = UtmZones::ZoneText(z.zone);
         } else if (row.name == hemisphereKey) {
             row.value = z.south;
-            row.text = z.south ? UtmZones::SouthernText() : UtmZones::NorthernText();
+            row.valueText = z.south ? UtmZones::SouthernText() : UtmZones::NorthernText();
         } else {
-            row.text = EpsgValues::ParamText(row.value, row.type);
+            row.valueText = EpsgValues::ParamText(row.value, row.type);
         }
         rows.append(row);
     }
@@ -68,7 +68,7 @@ bool Write(ProjectionWriter& writer, ImportedNames& names) {
             r.methodId = ProjectionMethods::UtmId;
             r.unitName = EpsgCodes::MetreName;
             r.epsgCode = ConversionCode(z);
-            r.epsgMethod = EpsgCodes::MethodTransverseMercator;
+            r.epsgMethodCode = EpsgCodes::MethodTransverseMercator;
             r.description =
                 QStringLiteral("Universal Transverse Mercator zone %1, %2 hemisphere")
                     .arg(zone)
