@@ -6,19 +6,7 @@
 
 namespace {
 
-class StoreLookup : public ::testing::Test {
-protected:
-    void SetUp() override {
-        ASSERT_TRUE(m_store.ok());
-        m_db = m_store.database();
-        ASSERT_NE(m_db, nullptr);
-        m_sd = m_store.staticData();
-        ASSERT_NE(m_sd, nullptr);
-    }
-    MiniStore m_store;
-    std::unique_ptr<OrvGeoDatabaseBase> m_db;
-    std::unique_ptr<OrvGeoStaticDataBase> m_sd;
-};
+using StoreLookup = StoreTest;
 
 QStringList Lines(const QString& text) {
     EXPECT_TRUE(text.endsWith(QStringLiteral("\r\n")));

@@ -8,15 +8,8 @@
 
 namespace {
 
-class StoreSave : public ::testing::Test {
+class StoreSave : public StoreTest {
 protected:
-    void SetUp() override {
-        ASSERT_TRUE(m_store.ok());
-        m_db = m_store.database();
-        ASSERT_NE(m_db, nullptr);
-        m_sd = m_store.staticData();
-        ASSERT_NE(m_sd, nullptr);
-    }
     // Saving must fail, say why, and leave the user database as it was.
     void ExpectRefusedSave(const QString& reasonPart) {
         const QString before = DumpDatabase(m_store.userDbPath());
@@ -50,9 +43,6 @@ protected:
         m_sd->SetProjectionParameters(block, texts, names, types);
         m_sd->SetUnitName(QStringLiteral("Meters"));
     }
-    MiniStore m_store;
-    std::unique_ptr<OrvGeoDatabaseBase> m_db;
-    std::unique_ptr<OrvGeoStaticDataBase> m_sd;
 };
 
 int RowCount(const QString& path, const QString& table) {

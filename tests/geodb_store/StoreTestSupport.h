@@ -2,6 +2,8 @@
 
 #include "api/OrvGeoFactories.h"
 
+#include <gtest/gtest.h>
+
 #include <QString>
 #include <QTemporaryDir>
 
@@ -51,3 +53,18 @@ bool ExecOn(const QString& path, const QStringList& statements, QString* error =
 // Fills a static-data record with a new system: new datum transformation (7 values),
 // new Transverse Mercator projection and new unit, all named after the system.
 void FillNewSystem(OrvGeoStaticDataBase& sd, const QString& group, const QString& name);
+
+// A test with a MiniStore and a database and a static-data object on it.
+class StoreTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(m_store.ok());
+        m_db = m_store.database();
+        ASSERT_NE(m_db, nullptr);
+        m_sd = m_store.staticData();
+        ASSERT_NE(m_sd, nullptr);
+    }
+    MiniStore m_store;
+    std::unique_ptr<OrvGeoDatabaseBase> m_db;
+    std::unique_ptr<OrvGeoStaticDataBase> m_sd;
+};
