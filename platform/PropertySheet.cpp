@@ -61,8 +61,18 @@ PropertySheet::PropertySheet(const QString& caption, QWidget* parent, unsigned s
 }
 
 PropertySheet::~PropertySheet() {
+    // The pages belong to whoever made them: take them out of the widget tree before
+    // QWidget's destructor would delete them as children.
     for (PropertyPage* page : std::as_const(m_pages))
-        page->m_sheet = nullptr;
+        release(page);
+    m_pages.clear();
+}
+
+void PropertySheet::release(PropertyPage* page) {
+    m_stack->removeWidget(page);
+    page->m_sheet = nullptr;
+    page->hide();
+    page->setParent(nullptr);
 }
 
 void PropertySheet::AddPage(PropertyPage* page) {
@@ -79,10 +89,9 @@ void PropertySheet::RemovePage(int index) {
     if (index < 0 || index >= m_pages.size())
         return;
     PropertyPage* page = m_pages.takeAt(index);
-    m_stack->removeWidget(page);
-    page->m_sheet = nullptr;
     if (m_active == page)
         m_active = nullptr;
+    release(page);
 }
 
 void PropertySheet::RemovePage(PropertyPage* page) {

@@ -9,7 +9,9 @@ class QPushButton;
 class QStackedWidget;
 
 // A property sheet in wizard mode: an ordered list of pages that may be changed at any
-// time (pages are added and removed by index; the sheet never owns them), one active page,
+// time (pages are added and removed by index; the sheet never owns them: a page shows as a
+// child of the sheet while it is in it, and a removed page, or every page when the sheet
+// goes, is a parentless hidden widget again, to be destroyed by its maker), one active page,
 // and the buttons Back, Next, Finish, Cancel (and Help for pages that have help). Button
 // requests are posted: they take effect when control returns to the event loop, in the
 // order made, so the later request of one handler wins.
@@ -84,6 +86,8 @@ protected:
 private:
     friend class PropertyPage;
     void detachPage(PropertyPage* page);
+    // Takes a page out of the sheet's widget tree without deleting it.
+    void release(PropertyPage* page);
     bool activate(int index, bool killOld);
     void applyButtons(unsigned flags);
     void updateHelp();

@@ -2,6 +2,7 @@
 #include "platform/ScriptedUi.h"
 
 #include <QApplication>
+#include <QPointer>
 #include <QPushButton>
 
 #include <gtest/gtest.h>
@@ -223,17 +224,16 @@ TEST_F(Sheet, FinishAndCancelCloseTheSheet) {
     EXPECT_EQ(sheet.result(), 0);
 
     ScriptedUi ui(failTest());
-    ui.ExpectModal([](QDialog& dialog) {
-        auto& s = static_cast<PropertySheet&>(dialog);
+    ui.ExpectModal<PropertySheet>([](PropertySheet& s) {
         s.OnWizFinish();
         return s.result();
     });
     a.allowFinish = true;
     EXPECT_EQ(sheet.DoModal(), PropertySheet::ID_WIZFINISH);
 
-    ui.ExpectModal([](QDialog& dialog) {
-        static_cast<PropertySheet&>(dialog).OnWizCancel();
-        return dialog.result();
+    ui.ExpectModal<PropertySheet>([](PropertySheet& s) {
+        s.OnWizCancel();
+        return s.result();
     });
     EXPECT_EQ(sheet.DoModal(), int(QDialog::Rejected));
 }
@@ -258,4 +258,27 @@ TEST(SheetLifetime, PagesMayGoBeforeTheSheet) {
     }
     EXPECT_EQ(sheet.GetPageCount(), 0);
     EXPECT_EQ(sheet.GetActivePage(), nullptr);
+}
+
+// The sheet never owns its pages: a page removed from it, or still in it when the sheet
+// goes, lives on (without a parent) until its maker destroys it.
+TEST(SheetLifetime, PagesOutliveTheSheet) {
+    auto* kept = new CountingPage(QStringLiteral("kept"));
+    auto* removed = new CountingPage(QStringLiteral("removed"));
+    QPointer<CountingPage> keptAlive(kept), removedAlive(removed);
+    {
+        PropertySheet sheet(QStringLiteral("s"));
+        sheet.AddPage(kept);
+        sheet.AddPage(removed);
+        sheet.EnsureInitialised();
+        sheet.RemovePage(1);
+        EXPECT_EQ(removed->parentWidget(), nullptr);
+        EXPECT_EQ(removed->GetParentSheet(), nullptr);
+    }
+    ASSERT_FALSE(keptAlive.isNull());
+    ASSERT_FALSE(removedAlive.isNull());
+    EXPECT_EQ(kept->parentWidget(), nullptr);
+    EXPECT_EQ(kept->GetParentSheet(), nullptr);
+    delete kept;
+    delete removed;
 }
