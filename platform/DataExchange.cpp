@@ -1,6 +1,7 @@
 #include "platform/DataExchange.h"
 
 #include "platform/UiInteraction.h"
+#include "resources/StringTable.h"
 #include "util/COrvUnitCnv.h"
 
 #include <QAbstractButton>
@@ -19,7 +20,7 @@
 #include <functional>
 
 QString DataExchangeNumberMessage() {
-    return QStringLiteral("Please enter a number.");
+    return LoadOrvString(StrId::EnterNumber);
 }
 
 void DataExchange::Fail(QWidget* control, const QString& message) {
@@ -34,7 +35,10 @@ void DataExchange::Fail(QWidget* control, const QString& message) {
 }
 
 void DataExchange::missing(const QString& id) {
-    qWarning().noquote() << "data exchange: no control named" << id;
+    // A misspelt name would otherwise move no value without a word: the exchange fails.
+    m_failed = true;
+    qWarning().noquote() << QStringLiteral("data exchange: no control named \"%1\" below \"%2\"")
+                                .arg(id, m_root ? m_root->objectName() : QString());
 }
 
 QString FormatFixed(double value, int decimals) {
@@ -168,7 +172,7 @@ void DDX_Text(DataExchange* pDX, const QString& id, int& value) {
     bool ok = false;
     const int parsed = readText(control).trimmed().toInt(&ok);
     if (!ok) {
-        pDX->Fail(control, QStringLiteral("Please enter an integer."));
+        pDX->Fail(control, LoadOrvString(StrId::EnterInteger));
         return;
     }
     value = parsed;

@@ -16,7 +16,8 @@ public:
     QWidget* Root() const { return m_root; }
     bool Failed() const { return m_failed; }
 
-    // The control of that name and type, or null (reported once per exchange).
+    // The control of that name and type, or null: a missing control fails the exchange
+    // (and is reported as a Qt warning), so a misspelt name never passes unnoticed.
     template <class T> T* Control(const QString& id) {
         if (m_failed)
             return nullptr;

@@ -10,6 +10,8 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include "support/QtMessages.h"
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -164,7 +166,30 @@ TEST_F(Exchange, RadioGroupsFollowTheirButtonGroup) {
 }
 
 namespace {
+class MisspeltPage : public FieldsPage {
+public:
+    void DoDataExchange(DataExchange* pDX) override {
+        DDX_Text(pDX, QStringLiteral("nmae"), name);
+        DDX_FmtDouble(pDX, QStringLiteral("shiftX"), shift, DDX_FORMAT_PLAIN, 6);
+    }
+};
+} // namespace
+
+// A control name that does not exist fails the exchange both ways instead of moving no
+// value in silence; the fields after it are left alone.
+TEST(DataExchangeNames, AMisspeltControlFailsTheExchange) {
+    MisspeltPage page;
+    page.shiftEdit->setText(QStringLiteral("5"));
+    QtWarningsExpected warned(QStringLiteral("no control named \"nmae\""));
+    EXPECT_FALSE(page.UpdateData(true));
+    EXPECT_EQ(page.shift, -87.0);
+    EXPECT_FALSE(page.UpdateData(false));
+    EXPECT_EQ(warned.Seen().size(), 2);
+}
+
+namespace {
 class NumberDialog : public Dialog {
+    Q_OBJECT
 public:
     NumberDialog() {
         edit = new QLineEdit(this);
@@ -182,8 +207,7 @@ public:
 TEST(DialogExchange, OkStaysOpenOnARefusedValue) {
     ScriptedUi ui(failTest());
     NumberDialog dialog;
-    ui.ExpectModal([](QDialog& d) {
-        auto& dlg = static_cast<NumberDialog&>(d);
+    ui.ExpectModal<NumberDialog>([](NumberDialog& dlg) {
         EXPECT_EQ(dlg.edit->text(), QStringLiteral("0.305")); // initialised before the script
         dlg.edit->setText(QStringLiteral("abc"));
         dlg.OnOK();
@@ -197,3 +221,5 @@ TEST(DialogExchange, OkStaysOpenOnARefusedValue) {
     EXPECT_EQ(dialog.DoModal(), int(QDialog::Accepted));
     EXPECT_DOUBLE_EQ(dialog.factor, 0.201);
 }
+
+#include "DataExchangeTest.moc"

@@ -1,3 +1,5 @@
+#include "support/QtMessages.h"
+
 #include <QApplication>
 
 #include <gtest/gtest.h>
@@ -6,5 +8,6 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
+    InstallQtMessageCheck();
     return RUN_ALL_TESTS();
 }
