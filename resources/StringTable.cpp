@@ -31,6 +31,9 @@ constexpr Entry kStrings[] = {
     {StrId::TitlePostCorrection, u"Post Correction"},
     {StrId::PageNumberOf, u" of "},
 
+    {StrId::EnterNumber, u"Please enter a number."},
+    {StrId::EnterInteger, u"Please enter an integer."},
+
     {StrId::InfoGroup, u"Group: "},
     {StrId::InfoSystem, u"System: "},
     {StrId::InfoMetricFactor, u"Metric Conversion Factor:"},

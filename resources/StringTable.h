@@ -25,6 +25,10 @@ enum : int {
     TitlePostCorrection = 15014,   // .. WIZPage13
     PageNumberOf = 15015,          // " of "
 
+    // platform: data exchange
+    EnterNumber = 15050,  // "Please enter a number."
+    EnterInteger = 15051, // "Please enter an integer."
+
     // information texts
     InfoGroup = 15100,        // "Group: "
     InfoSystem = 15101,       // "System: "
