@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 // Key tables of the geodetic library. The dialogs identify geoid and post-correction
 // methods by index into GeoidmodelTypeKeys; see docs/geoid-methods.md for the table.
 constexpr int GeoidmodelTypeKeyCount = 32;
@@ -16,6 +18,16 @@ constexpr int ProjectionParamKeyCount = 20;
 extern const wchar_t* const projectionParamKeys[ProjectionParamKeyCount];
 constexpr int ProjectionParamZoneKey = 5;
 constexpr int ProjectionParamHemisphereKey = 6;
+
+// The tidal chart datums a vertical datum transformation can reduce heights to, as the
+// dialogs list them: "--None--" (no chart datum) first, then "LMSL", "MHHW", "MHW", "MTL",
+// "DTL", "MLW", "MLLW".
+constexpr int ChartDatumCount = 8;
+extern const wchar_t* const ChartDatums[ChartDatumCount];
+constexpr int ChartDatumNone = 0; // index of "--None--"
+constexpr int ChartDatumLmsl = 1; // index of "LMSL", the datum the others refer to
+// The index of a chart datum text (letter case ignored), -1 when it is none of the list.
+int ChartDatumIndex(const QString& text);
 
 // Geoid method indexes with a fixed role.
 namespace GeoidKey {

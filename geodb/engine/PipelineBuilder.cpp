@@ -403,17 +403,15 @@ bool Build(pj_ctx* ctx, const SystemDefinition& def, const PipelineOptions& opti
             }
             grids << geoidGrid;
             const QString datum = sys.chartDatum.trimmed();
-            if (!datum.isEmpty() && datum != u"--None--") {
-                static const QStringList Datums = {QStringLiteral("LMSL"), QStringLiteral("MHHW"),
-                                                   QStringLiteral("MHW"),  QStringLiteral("MTL"),
-                                                   QStringLiteral("DTL"),  QStringLiteral("MLW"),
-                                                   QStringLiteral("MLLW")};
-                if (!Datums.contains(datum, Qt::CaseInsensitive)) {
+            const int datumIndex = ChartDatumIndex(datum);
+            if (!datum.isEmpty() && datumIndex != ChartDatumNone) {
+                if (datumIndex < 0) {
                     error = QStringLiteral("The chart datum \"%1\" is not known.").arg(datum);
                     return false;
                 }
                 const QString tss = ModelFiles::FindChartDatumGrid(
-                    sys.geoidFile, QStringLiteral("LMSL"), options.commonFolder);
+                    sys.geoidFile, QString::fromWCharArray(ChartDatums[ChartDatumLmsl]),
+                    options.commonFolder);
                 if (tss.isEmpty()) {
                     error = QStringLiteral("The LMSL grid (tss.gtx) of the geoid model \"%1\" "
                                            "is missing.")
@@ -421,7 +419,7 @@ bool Build(pj_ctx* ctx, const SystemDefinition& def, const PipelineOptions& opti
                     return false;
                 }
                 grids << tss;
-                if (datum.compare(u"LMSL", Qt::CaseInsensitive) != 0) {
+                if (datumIndex != ChartDatumLmsl) {
                     const QString cd =
                         ModelFiles::FindChartDatumGrid(sys.geoidFile, datum, options.commonFolder);
                     if (cd.isEmpty()) {

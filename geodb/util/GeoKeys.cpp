@@ -39,6 +39,17 @@ const wchar_t* const GeoidmodelTypeKeys[GeoidmodelTypeKeyCount] = {
     L"Local Height Shift",                // 31 constant local height shift
 };
 
+const wchar_t* const ChartDatums[ChartDatumCount] = {
+    L"--None--", L"LMSL", L"MHHW", L"MHW", L"MTL", L"DTL", L"MLW", L"MLLW",
+};
+
+int ChartDatumIndex(const QString& text) {
+    for (int i = 0; i < ChartDatumCount; ++i)
+        if (text.compare(QString::fromWCharArray(ChartDatums[i]), Qt::CaseInsensitive) == 0)
+            return i;
+    return -1;
+}
+
 const wchar_t* const DATA_PATH_SECTION = L"DataPaths";
 
 // Index 2 is the data root, 1 the data folder below it, 4 the common data folder used
