@@ -1,6 +1,7 @@
 #pragma once
 
 #include "api/GeoTypes.h"
+#include "dialogs/DialogOwner.h"
 #include "pages/WIZPage0.h"
 #include "pages/WIZPage1.h"
 #include "pages/WIZPage10.h"
@@ -27,7 +28,7 @@ class QPainter;
 // which the pages hand their choices to each other. It decides which pages are in the
 // sheet, which wizard buttons are offered, paints the banner of every page and gives each
 // page its page-number text.
-class GeoWizard : public PropertySheet {
+class GeoWizard : public PropertySheet, public DialogOwner {
     Q_OBJECT
 public:
     GeoWizard(const QString& caption, QWidget* parent = nullptr, unsigned selectPage = 0);
@@ -97,8 +98,11 @@ public:
     geodb_type GetGroupsAllowed() const { return m_groupsAllowed; }
     bool HasPredefinedSystem() const { return m_hasPredefinedSystem; }
     OrvGeoCoordSysBase* GetCreatedCoordSys() const { return m_createdCoordSys; }
-    OrvGeoDatabaseBase* GetGeoDatabase() const { return m_geoDatabase; }
-    OrvGeoStaticDataBase* GetGeoStatic() const { return m_geoStatic; }
+    OrvGeoDatabaseBase* GetGeoDatabase() const override { return m_geoDatabase; }
+    OrvGeoStaticDataBase* GetGeoStatic() const override { return m_geoStatic; }
+    // The pickers' view of the sheet: its source and destination ellipsoids.
+    QString CurrentSatelliteEllipsoid() const override { return m_srcElpName; }
+    QString CurrentLocalEllipsoid() const override { return m_desElpName; }
 
     // --- page flow ---
     // Page-set codes of ReSetPages.
