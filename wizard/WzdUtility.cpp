@@ -2,6 +2,7 @@
 
 #include "api/GeoKeys.h"
 #include "api/OrvGeoStaticDataBase.h"
+#include "dialogs/CMaskEdit.h"
 #include "platform/DataExchange.h"
 #include "platform/UiInteraction.h"
 #include "resources/StringTable.h"
@@ -14,7 +15,8 @@
 #include <QCoreApplication>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMetaMethod>
+
+#include <algorithm>
 
 namespace {
 
@@ -29,26 +31,15 @@ QString withSeparator(QString folder) {
     return folder;
 }
 
-bool hasMethod(const QObject* object, const char* signature) {
-    return object->metaObject()->indexOfMethod(signature) >= 0;
-}
-
-void setMask(QLineEdit* edit, const QString& mask) {
-    if (hasMethod(edit, "SetMask(QString)"))
-        QMetaObject::invokeMethod(edit, "SetMask", Q_ARG(QString, mask));
-    else
-        edit->setInputMask(QString()); // a plain edit takes no mask of this kind
-}
-
-QChar placeholderOf(const QLineEdit* edit) {
-    QChar placeholder = QLatin1Char('_');
-    if (hasMethod(edit, "GetPlaceholder()")) {
-        char c = '_';
-        QMetaObject::invokeMethod(const_cast<QLineEdit*>(edit), "GetPlaceholder",
-                                  Q_RETURN_ARG(char, c));
-        placeholder = QLatin1Char(c);
+// The characters of a text that has the shape of the mask at its input positions: what
+// CMaskEdit::SetText takes, literals left out.
+QString inputCharacters(const QString& mask, const QString& text) {
+    QString input;
+    for (qsizetype i = 0; i < mask.size() && i < text.size(); ++i) {
+        if (CMaskEdit::IsInputMaskChar(mask[i]))
+            input += text[i];
     }
-    return placeholder;
+    return input;
 }
 
 bool isAngle(unsigned type) {
@@ -167,27 +158,26 @@ bool WzdUtility::FillPrjMethodList(OrvGeoStaticDataBase* staticData, QComboBox* 
     return true;
 }
 
-bool WzdUtility::ResetParameterRows(QLabel* const* labels, QLineEdit* const* edits, int count) {
-    if (!labels || !edits)
-        return false;
-    for (int i = 0; i < count; ++i) {
+bool WzdUtility::ResetParameterRows(LabelRows labels, EditRows edits, int count) {
+    bool complete = true;
+    for (int i = 0; i < std::min(count, kMaxRows); ++i) {
         if (labels[i]) {
             labels[i]->setText(QString());
             labels[i]->hide();
         }
         if (edits[i]) {
-            setMask(edits[i], QString());
-            edits[i]->setText(QStringLiteral("0.000000"));
+            edits[i]->SetMask(QString());
+            edits[i]->SetText(QStringLiteral("0.000000"));
             edits[i]->hide();
         }
+        complete = complete && labels[i] && edits[i];
     }
-    return true;
+    return complete;
 }
 
-void WzdUtility::ShowValues(QLineEdit* const* edits, const double* values, int count) {
-    if (!edits || !values)
-        return;
-    for (int i = 0; i < count; ++i) {
+void WzdUtility::ShowValues(std::span<QLineEdit* const> edits, std::span<const double> values) {
+    const std::size_t count = std::min(edits.size(), values.size());
+    for (std::size_t i = 0; i < count; ++i) {
         if (!edits[i])
             continue;
         const int decimals = i < 7 ? 6 : i < 14 ? 8 : 3;
@@ -208,14 +198,11 @@ QString WzdUtility::MaskForType(unsigned type) {
     return QString();
 }
 
-int WzdUtility::LayoutParameterRows(QLabel* const* labels, QLineEdit* const* edits,
-                                    const QStringList& names, const QStringList& values,
-                                    const QList<unsigned>& types) {
+int WzdUtility::LayoutParameterRows(LabelRows labels, EditRows edits, const QStringList& names,
+                                    const QStringList& values, const QList<unsigned>& types) {
     m_rowCount = 0;
     m_rowParams.clear();
     m_rowTypes.clear();
-    if (!labels || !edits)
-        return 0;
     ResetParameterRows(labels, edits, kMaxRows);
     for (int p = 0; p < names.size() && m_rowCount < kMaxRows; ++p) {
         const unsigned type = p < types.size() ? types[p] : 0;
@@ -240,26 +227,21 @@ int WzdUtility::LayoutParameterRows(QLabel* const* labels, QLineEdit* const* edi
             labels[row]->setText(RowLabel(names[p]));
             labels[row]->show();
         }
-        if (edits[row]) {
-            setMask(edits[row], MaskForType(type));
-            if (hasMethod(edits[row], "SetText(QString)"))
-                QMetaObject::invokeMethod(edits[row], "SetText", Q_ARG(QString, text));
-            else
-                edits[row]->setText(text);
-            edits[row]->setEnabled(true);
-            edits[row]->show();
+        if (CMaskEdit* edit = edits[row]) {
+            const QString mask = MaskForType(type);
+            edit->SetMask(mask);
+            edit->SetText(mask.isEmpty() ? text : inputCharacters(mask, text));
+            edit->setEnabled(true);
+            edit->show();
         }
     }
     return m_rowCount;
 }
 
-bool WzdUtility::ReadParameterRows(QLineEdit* const* edits, QList<double>& numbers,
-                                   QWidget* parent) {
+bool WzdUtility::ReadParameterRows(EditRows edits, QList<double>& numbers, QWidget* parent) {
     numbers.clear();
-    if (!edits)
-        return false;
-    for (int row = 0; row < m_rowCount; ++row) {
-        QLineEdit* edit = edits[row];
+    for (int row = 0; row < std::min(m_rowCount, kMaxRows); ++row) {
+        CMaskEdit* edit = edits[row];
         if (!edit)
             return false;
         const unsigned type = m_rowTypes.value(row);
@@ -282,11 +264,11 @@ bool WzdUtility::ReadParameterRows(QLineEdit* const* edits, QList<double>& numbe
     return true;
 }
 
-double WzdUtility::ReadAngle(const QLineEdit* edit) {
+double WzdUtility::ReadAngle(const CMaskEdit* edit) {
     if (!edit)
         return 0.0;
     QString text = edit->text();
-    text.remove(placeholderOf(edit));
+    text.remove(QLatin1Char(edit->GetPlaceholder()));
     double value = 0.0;
     if (!StringToGeo(text, value))
         return 0.0;

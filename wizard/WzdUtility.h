@@ -4,6 +4,10 @@
 #include <QString>
 #include <QStringList>
 
+#include <cstddef>
+#include <span>
+
+class CMaskEdit;
 class OrvGeoStaticDataBase;
 class QComboBox;
 class QLabel;
@@ -13,12 +17,13 @@ class QWidget;
 // The toolbox the wizard pages and the editor share: the program and common data folders,
 // the method lists, the rows of numeric parameter edits, value formats and message texts.
 //
-// Parameter rows are edits that may carry a mask: an edit whose class offers the invokable
-// methods SetMask(QString) and GetPlaceholder() is driven through them (the masked numeric
-// edit); a plain QLineEdit has its mask cleared through Qt's input mask.
+// Parameter rows are a label and a masked edit each, kMaxRows of them; a null entry is a row
+// without that control.
 class WzdUtility {
 public:
     static constexpr int kMaxRows = 9;
+    using LabelRows = std::span<QLabel* const, std::size_t{kMaxRows}>;
+    using EditRows = std::span<CMaskEdit* const, std::size_t{kMaxRows}>;
 
     // Reads ORV.ini of the program-data folder, section DATA_PATH_SECTION:
     //   common data folder = DataRoot + "/Projects Common Files/" while UseDefaultCommonPath
@@ -50,19 +55,20 @@ public:
     // The projection methods of the static data, the first selected; names gets them.
     bool FillPrjMethodList(OrvGeoStaticDataBase* staticData, QComboBox* list, QStringList& names);
 
-    // Empties and hides the first count rows: no label, no mask, "0.000000".
-    bool ResetParameterRows(QLabel* const* labels, QLineEdit* const* edits, int count);
-    // Datum transformation values: seven with six decimals, seven rates with eight, then
-    // three decimals.
-    void ShowValues(QLineEdit* const* edits, const double* values, int count);
+    // Empties and hides the first count rows (at most kMaxRows): no label, no mask,
+    // "0.000000". False when one of these rows lacks its label or its edit (the others are
+    // still reset).
+    bool ResetParameterRows(LabelRows labels, EditRows edits, int count);
+    // Datum transformation values, as many as there are both edits and values: seven with six
+    // decimals, seven rates with eight, then three decimals.
+    void ShowValues(std::span<QLineEdit* const> edits, std::span<const double> values);
 
     // Lays out the rows of a projection method: one row per parameter, labelled with its
     // name; parameters of type 3 get no row; angle rows (types 1, 2) show the angle text
     // with an angle mask; scale rows (type 4) show "1.000000" when no value is given.
     // Unused rows are hidden. Returns the number of rows used (also RowCount()).
-    int LayoutParameterRows(QLabel* const* labels, QLineEdit* const* edits,
-                            const QStringList& names, const QStringList& values,
-                            const QList<unsigned>& types);
+    int LayoutParameterRows(LabelRows labels, EditRows edits, const QStringList& names,
+                            const QStringList& values, const QList<unsigned>& types);
     int RowCount() const { return m_rowCount; }
     // Per used row: the parameter it shows (index into the names) and its type.
     QList<int> RowParams() const { return m_rowParams; }
@@ -73,11 +79,11 @@ public:
     // Reads the used rows back as numbers (angles in degrees). A row that is no number,
     // and a scale factor not bigger than 0.8, are refused with a message (parent: the
     // message's owner); the failing row is focused.
-    bool ReadParameterRows(QLineEdit* const* edits, QList<double>& numbers, QWidget* parent);
+    bool ReadParameterRows(EditRows edits, QList<double>& numbers, QWidget* parent);
 
     // Angles: the text without mask placeholders through StringToGeo (0.0 when it is no
     // angle); formatting through FormatGeogs as latitude (kind 10) or longitude (kind 11).
-    static double ReadAngle(const QLineEdit* edit);
+    static double ReadAngle(const CMaskEdit* edit);
     static QString FormatLatitude(double value);
     static QString FormatLongitude(double value);
     static QString FormatAngle(double value, int kind);

@@ -1,4 +1,5 @@
 #include "api/OrvGeoFactories.h"
+#include "dialogs/CMaskEdit.h"
 #include "platform/ScriptedUi.h"
 #include "resources/StringTable.h"
 #include "support/TempDataFolder.h"
@@ -13,6 +14,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -175,7 +177,8 @@ struct Rows : ::testing::Test {
     Rows() {
         for (int i = 0; i < WzdUtility::kMaxRows; ++i) {
             labelStore[i] = std::make_unique<QLabel>(QStringLiteral("label %1").arg(i), &owner);
-            editStore[i] = std::make_unique<QLineEdit>(QStringLiteral("text %1").arg(i), &owner);
+            editStore[i] = std::make_unique<CMaskEdit>(&owner);
+            editStore[i]->SetText(QStringLiteral("text %1").arg(i));
             labels[i] = labelStore[i].get();
             edits[i] = editStore[i].get();
         }
@@ -189,9 +192,9 @@ struct Rows : ::testing::Test {
     }
     QWidget owner;
     std::unique_ptr<QLabel> labelStore[WzdUtility::kMaxRows];
-    std::unique_ptr<QLineEdit> editStore[WzdUtility::kMaxRows];
+    std::unique_ptr<CMaskEdit> editStore[WzdUtility::kMaxRows];
     QLabel* labels[WzdUtility::kMaxRows];
-    QLineEdit* edits[WzdUtility::kMaxRows];
+    CMaskEdit* edits[WzdUtility::kMaxRows];
     WzdUtility utility;
 };
 
@@ -200,18 +203,29 @@ struct Rows : ::testing::Test {
 TEST_F(Rows, ResettingEmptiesAndHidesTheFirstRows) {
     EXPECT_TRUE(utility.ResetParameterRows(labels, edits, 0));
     EXPECT_EQ(edits[0]->text(), QStringLiteral("text 0"));
-    EXPECT_FALSE(utility.ResetParameterRows(nullptr, edits, 3));
-    EXPECT_FALSE(utility.ResetParameterRows(labels, nullptr, 3));
 
+    edits[1]->SetMask(WzdUtility::MaskForType(1));
     ASSERT_TRUE(utility.ResetParameterRows(labels, edits, 3));
     for (int i = 0; i < 3; ++i) {
         EXPECT_TRUE(labels[i]->text().isEmpty());
         EXPECT_FALSE(labels[i]->isVisible());
+        EXPECT_TRUE(edits[i]->GetMask().isEmpty());
         EXPECT_EQ(edits[i]->text(), QStringLiteral("0.000000"));
         EXPECT_FALSE(edits[i]->isVisible());
     }
     EXPECT_EQ(edits[3]->text(), QStringLiteral("text 3"));
     EXPECT_TRUE(edits[3]->isVisible());
+
+    // a row without its edit fails, the others are reset all the same; a count beyond the
+    // rows stops at the last one
+    CMaskEdit* missing[WzdUtility::kMaxRows];
+    std::copy(std::begin(edits), std::end(edits), missing);
+    missing[4] = nullptr;
+    EXPECT_FALSE(utility.ResetParameterRows(labels, missing, 6));
+    EXPECT_FALSE(labels[4]->isVisible());
+    EXPECT_FALSE(edits[5]->isVisible());
+    EXPECT_TRUE(utility.ResetParameterRows(labels, edits, 100));
+    EXPECT_FALSE(edits[WzdUtility::kMaxRows - 1]->isVisible());
 }
 
 TEST_F(Rows, DatumTransformationValuesHaveSixEightAndThreeDecimals) {
@@ -224,13 +238,20 @@ TEST_F(Rows, DatumTransformationValuesHaveSixEightAndThreeDecimals) {
         more[i] = std::make_unique<QLineEdit>();
         all[i] = more[i].get();
     }
-    utility.ShowValues(all, values, 16);
+    utility.ShowValues(all, values);
     EXPECT_EQ(all[0]->text(), QStringLiteral("0.333333"));
     EXPECT_EQ(all[6]->text(), QStringLiteral("6.333333"));
     EXPECT_EQ(all[7]->text(), QStringLiteral("7.33333333"));
     EXPECT_EQ(all[13]->text(), QStringLiteral("13.33333333"));
     EXPECT_EQ(all[14]->text(), QStringLiteral("14.333"));
     EXPECT_EQ(all[15]->text(), QStringLiteral("15.333"));
+
+    // as many as there are both edits and values
+    utility.ShowValues(std::span(all, 3), values);
+    utility.ShowValues(all, std::span(values + 10, 1));
+    EXPECT_EQ(all[0]->text(), QStringLiteral("10.333333"));
+    EXPECT_EQ(all[1]->text(), QStringLiteral("1.333333"));
+    EXPECT_EQ(all[3]->text(), QStringLiteral("3.333333"));
 }
 
 TEST_F(Rows, ProjectionRowsFollowTheParameterTypes) {
@@ -245,6 +266,7 @@ TEST_F(Rows, ProjectionRowsFollowTheParameterTypes) {
     EXPECT_EQ(utility.RowParams(), (QList<int>{0, 1, 3, 4}));
     EXPECT_EQ(labels[0]->text(), QStringLiteral("Latitude of natural origin:"));
     EXPECT_EQ(edits[0]->text(), QStringLiteral("52\u00b030'00.0000000\"N"));
+    EXPECT_EQ(edits[0]->GetMask(), WzdUtility::MaskForType(1));
     EXPECT_EQ(edits[1]->text(), QStringLiteral("003\u00b015'00.0000000\"W"));
     EXPECT_EQ(labels[2]->text(), QStringLiteral("Scale factor at natural origin:"));
     EXPECT_EQ(edits[2]->text(), QStringLiteral("1.000000"));
@@ -263,20 +285,29 @@ TEST_F(Rows, ProjectionRowsFollowTheParameterTypes) {
     EXPECT_DOUBLE_EQ(numbers[2], 1.0);
     EXPECT_DOUBLE_EQ(numbers[3], 500000.0);
 
-    edits[2]->setText(QStringLiteral("0.8"));
+    // the user replaces the minutes "30" by "4": the emptied position reads as nothing
+    edits[0]->SelectRange(3, 5);
+    QTest::keyClick(edits[0], Qt::Key_4);
+    EXPECT_EQ(edits[0]->text(), QStringLiteral("52\u00b04_'00.0000000\"N"));
+    ASSERT_TRUE(utility.ReadParameterRows(edits, numbers, &owner));
+    EXPECT_NEAR(numbers[0], 52.0 + 4.0 / 60.0, 1e-12);
+
+    edits[2]->SetText(QStringLiteral("0.8"));
     ui.ExpectMessage(LoadOrvString(StrId::ScaleFactorTooSmall));
     EXPECT_FALSE(utility.ReadParameterRows(edits, numbers, &owner));
-    edits[2]->setText(QStringLiteral("0.9996"));
-    edits[3]->setText(QStringLiteral("five hundred"));
+    edits[2]->SetText(QStringLiteral("0.9996"));
+    edits[3]->SetText(QStringLiteral("five hundred"));
     ui.ExpectMessage(QString());
     EXPECT_FALSE(utility.ReadParameterRows(edits, numbers, &owner));
 }
 
 TEST(Angles, ReadAndFormat) {
-    QLineEdit edit(WzdUtility::FormatLatitude(-33.8));
+    CMaskEdit edit;
+    edit.SetText(WzdUtility::FormatLatitude(-33.8));
     EXPECT_EQ(edit.text(), QStringLiteral("33\u00b048'00.0000000\"S"));
     EXPECT_NEAR(WzdUtility::ReadAngle(&edit), -33.8, 1e-9);
-    edit.setText(QStringLiteral("not an angle"));
+    EXPECT_EQ(WzdUtility::ReadAngle(nullptr), 0.0);
+    edit.SetText(QStringLiteral("not an angle"));
     EXPECT_EQ(WzdUtility::ReadAngle(&edit), 0.0);
     EXPECT_EQ(WzdUtility::FormatLongitude(177.0), QStringLiteral("177\u00b000'00.0000000\"E"));
     EXPECT_EQ(WzdUtility::FormatLatitude(95.0), QString()); // out of range
