@@ -1,6 +1,7 @@
 #include "Screenshots.h"
 
 #include "api/OrvGeoFactories.h"
+#include "dialogs/SelEllipsoidDlg.h"
 #include "wizard/GeoWizard.h"
 
 #include <QApplication>
@@ -18,6 +19,27 @@ void settle() {
 bool save(QWidget& widget, const QString& path) {
     settle();
     return widget.grab().toImage().save(path, "PNG");
+}
+
+// Shows a dialog as its caller would (initialised, then prepared), renders it and closes it.
+template <class D, class Prepare>
+void shoot(D& dialog, const QDir& dir, const QString& name, QStringList& written, Prepare prepare) {
+    dialog.EnsureInitialised();
+    prepare(dialog);
+    dialog.show();
+    const QString path = dir.filePath(name + QStringLiteral(".png"));
+    if (save(dialog, path))
+        written << path;
+    dialog.hide();
+}
+
+// The pickers, naming dialogs and the other dialogs of the kit, opened for the wizard.
+void renderDialogs(GeoWizard& wizard, const QDir& dir, QStringList& written) {
+    {
+        SelEllipsoidDlg picker(&wizard);
+        picker.SetSelName(QStringLiteral("International 1924"));
+        shoot(picker, dir, QStringLiteral("dialog-select-ellipsoid"), written, [](auto&) {});
+    }
 }
 
 } // namespace
@@ -68,6 +90,7 @@ QStringList RenderScreenshots(const QString& folder, const QString& dataSource, 
             written << path;
     }
     wizard.hide();
+    renderDialogs(wizard, dir, written);
     if (written.isEmpty())
         error = QStringLiteral("no page could be rendered");
     return written;

@@ -54,3 +54,6 @@ enum PrjParamType : unsigned {
 
 // Unit category of length units.
 constexpr int UNIT_CATEGORY_LENGTH = 8;
+
+// The kinds of entries the database holds, for the look-ups that work on any of them.
+enum class GeoEntryKind { Ellipsoid, DatumTransformation, Projection, Unit, CoordSys };

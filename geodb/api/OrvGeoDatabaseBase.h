@@ -2,6 +2,8 @@
 
 #include "api/GeoTypes.h"
 
+#include <QHash>
+
 // The persistent geodetic database: groups of coordinate systems, stored systems,
 // ellipsoids, datum transformations (DTF), projections, units, geoid and post models.
 // Query operations answer empty strings or lists for unknown names; name checks answer
@@ -100,6 +102,9 @@ public:
     virtual QString GetChartDatum(const QString& group, const QString& system) = 0;
     // Longitude of a stored system's prime meridian, degrees east of Greenwich (0 = Greenwich).
     virtual double GetPrimeMeridian(const QString& group, const QString& system) = 0;
+    // The EPSG codes of the entries of one kind that have one, by name as stored (both
+    // databases). Lets the pickers find an entry by its code.
+    virtual QHash<QString, int> GetEpsgCodes(GeoEntryKind kind) = 0;
     // The reason of the last failed operation, in words a surveyor can act on.
     virtual QString LastError() const = 0;
 };

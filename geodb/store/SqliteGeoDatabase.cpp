@@ -476,3 +476,36 @@ bool SqliteGeoDatabase::IsSystemInUse(const QString& group, const QString& syste
     const auto s = System(group, system);
     return s && SystemWriter::IsInUse(*m_store, s->name);
 }
+
+QHash<QString, int> SqliteGeoDatabase::GetEpsgCodes(GeoEntryKind kind) {
+    QString table;
+    switch (kind) {
+    case GeoEntryKind::Ellipsoid:
+        table = QStringLiteral("ellipsoid");
+        break;
+    case GeoEntryKind::DatumTransformation:
+        table = QStringLiteral("dtf");
+        break;
+    case GeoEntryKind::Projection:
+        table = QStringLiteral("projection");
+        break;
+    case GeoEntryKind::Unit:
+        table = QStringLiteral("unit");
+        break;
+    case GeoEntryKind::CoordSys:
+        table = QStringLiteral("coordsys");
+        break;
+    }
+    QHash<QString, int> codes;
+    for (const auto& [db, where] : StoreSql::Databases(*m_store, GEODB_ALL)) {
+        QSqlQuery q(db);
+        q.setForwardOnly(true);
+        if (!StoreSql::Run(
+                q,
+                QStringLiteral("SELECT name, epsg_code FROM %1 WHERE epsg_code <> 0").arg(table)))
+            continue;
+        while (q.next())
+            codes.insert(q.value(0).toString(), q.value(1).toInt());
+    }
+    return codes;
+}

@@ -83,6 +83,7 @@ public:
     bool IsSystemInUse(const QString& group, const QString& system) override;
     QString GetChartDatum(const QString& group, const QString& system) override;
     double GetPrimeMeridian(const QString& group, const QString& system) override;
+    QHash<QString, int> GetEpsgCodes(GeoEntryKind kind) override;
     QString LastError() const override { return m_lastError; }
 
     // The geoid method keys offered to a system that stores none.

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "dialogs/DialogOwner.h"
+#include "platform/Dialog.h"
+
+#include <QModelIndex>
+
+class OrvGeoDatabaseBase;
+class PickerTree;
+class PropertySheet;
+class QLineEdit;
+class QPushButton;
+class QTextEdit;
+class QTreeView;
+
+// What the pickers share: the window that opened them (the editor or the wizard sheet, as
+// a DialogOwner; none for a picker made with a parent only), the tree with its filter field,
+// the information pane and OK / Cancel. OK is offered while the current entry can be
+// returned; with the filter empty that is always, as the pickers have always behaved.
+class PickerDialog : public Dialog {
+    Q_OBJECT
+public:
+    DialogOwner* GetOwner() const { return m_owner; }
+    PickerTree* Tree() const { return m_tree; }
+
+protected:
+    PickerDialog(DialogOwner* owner, QWidget* parent);
+    // The owner behind a wizard sheet (the sheet offers DialogOwner), else null.
+    static DialogOwner* OwnerOfSheet(PropertySheet* sheet);
+    // The parent a picker opened for a sheet gets: the one given, else the sheet.
+    static QWidget* ParentForSheet(PropertySheet* sheet, QWidget* parent);
+
+    OrvGeoDatabaseBase* Database() const;
+    // Wires the controls of the layout; call once after setupUi.
+    void BindControls(QLineEdit* filter, QTreeView* view, QTextEdit* pane, QPushButton* ok,
+                      QPushButton* cancel);
+    // The selection handler of the picker: the current entry changed (a source index of
+    // the tree's model; invalid when none is current).
+    virtual void OnSelChangedTree(const QModelIndex& sourceIndex) = 0;
+    // Whether OK may return the current entry.
+    virtual bool CanAccept(const QModelIndex& current) const;
+    void UpdateOkButton();
+
+private:
+    DialogOwner* m_owner;
+    PickerTree* m_tree = nullptr;
+    QPushButton* m_ok = nullptr;
+};
