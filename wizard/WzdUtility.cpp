@@ -1,13 +1,12 @@
 #include "wizard/WzdUtility.h"
 
-#include "api/GeoKeys.h"
 #include "api/OrvGeoStaticDataBase.h"
 #include "dialogs/CMaskEdit.h"
 #include "platform/DataExchange.h"
 #include "platform/UiInteraction.h"
 #include "resources/StringTable.h"
 #include "util/BrandingConfig.h"
-#include "util/FileObject.h"
+#include "util/CommonFolders.h"
 #include "util/GeoFormat.h"
 #include "util/PathUtils.h"
 
@@ -22,14 +21,6 @@ namespace {
 
 constexpr int kMaxProgramPath = 260;
 constexpr double kMinScaleFactor = 0.8;
-
-// Appends the path separator ('/', which Qt takes on every platform) unless the text already
-// ends in one; a value from ORV.ini written Windows-style keeps its trailing backslash.
-QString withSeparator(QString folder) {
-    if (!folder.endsWith(QLatin1Char('/')) && !folder.endsWith(QLatin1Char('\\')))
-        folder += QLatin1Char('/');
-    return folder;
-}
 
 // The characters of a text that has the shape of the mask at its input positions: what
 // CMaskEdit::SetText takes, literals left out.
@@ -54,6 +45,7 @@ bool WzdUtility::GetCommonFolders(QString& dataFolder) {
     m_programFolder.clear();
     m_programFileName.clear();
     m_commonDataFolder.clear();
+    m_terrainModelFolder.clear();
 
     const QString program = QCoreApplication::applicationFilePath();
     if (program.isEmpty() || program.size() > kMaxProgramPath)
@@ -68,33 +60,12 @@ bool WzdUtility::GetCommonFolders(QString& dataFolder) {
     QString root;
     if (!branding.GetRootProgramDataFolder(root))
         return false;
-    FileObject ini;
-    if (!ini.FileOpen(branding.GetProgramDataFolder() + QStringLiteral("/ORV.ini"),
-                      FileObject::Read))
+    DataPaths paths;
+    if (!ReadDataPaths(branding.GetProgramDataFolder() + QStringLiteral("/ORV.ini"), paths))
         return false;
-
-    const QString section = QString::fromWCharArray(DATA_PATH_SECTION);
-    QString dataRoot;
-    ini.GetItem(section, QString::fromWCharArray(pathKeys[2]), dataRoot);
-    m_commonDataFolder = dataRoot;
-
-    bool useDefault = true;
-    bool flag = true;
-    if (ini.GetItem(section, QStringLiteral("UseDefaultCommonPath"), flag))
-        useDefault = flag;
-    if (useDefault) {
-        m_commonDataFolder =
-            withSeparator(m_commonDataFolder) + QStringLiteral("Projects Common Files");
-    } else {
-        QString common;
-        if (ini.GetItem(section, QString::fromWCharArray(pathKeys[4]), common))
-            m_commonDataFolder = common;
-    }
-    m_commonDataFolder = withSeparator(m_commonDataFolder);
-
-    QString dataEntry;
-    ini.GetItem(section, QString::fromWCharArray(pathKeys[1]), dataEntry);
-    dataFolder = withSeparator(withSeparator(dataRoot) + dataEntry);
+    m_commonDataFolder = paths.commonDataFolder;
+    m_terrainModelFolder = paths.terrainModelFolder;
+    dataFolder = paths.dataFolder;
     return true;
 }
 

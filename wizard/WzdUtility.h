@@ -25,23 +25,27 @@ public:
     using LabelRows = std::span<QLabel* const, std::size_t{kMaxRows}>;
     using EditRows = std::span<CMaskEdit* const, std::size_t{kMaxRows}>;
 
-    // Reads ORV.ini of the program-data folder, section DATA_PATH_SECTION:
+    // Reads ORV.ini of the program-data folder through the library's ReadDataPaths
+    // (util/CommonFolders.h), section DATA_PATH_SECTION:
     //   common data folder = DataRoot + "/Projects Common Files/" while UseDefaultCommonPath
     //                        is true or absent; else CommonPath + "/" (DataRoot + "/" when
     //                        there is no CommonPath entry)
     //   data folder (out)  = DataRoot + "/" + DataFolder + "/"
+    //   terrain model folder = TerrainModelPath + "/", else the data folder +
+    //                        "DigitalTerrainModel/"
     // Separators: where the folders are written with '\' on Windows ("\Projects Common
     // Files", "General\Geoidmodels\Denmark\") this system writes '/'. Values from ORV.ini
-    // are taken as they stand, and a value that already ends in '/' or '\' gets no second
-    // separator. False, out untouched and the common data folder empty, when the program
-    // path, the root program-data folder or the settings file is missing.
+    // may use '\' or '/'; the folders come back with '/' only, cleaned of doubled
+    // separators, and end in one '/'. False, out untouched and the folders empty, when the
+    // program path, the root program-data folder or the settings file is missing.
     bool GetCommonFolders(QString& dataFolder);
     // The folder of the running program (ending in a separator), its file name without the
-    // extension and the common data folder (ending in a separator) of the last
-    // GetCommonFolders.
+    // extension, and the common data and terrain model folders (ending in a separator) of
+    // the last GetCommonFolders.
     QString GetProgramFolder() const { return m_programFolder; }
     QString GetProgramFileName() const { return m_programFileName; }
     QString GetCommonDataFolder() const { return m_commonDataFolder; }
+    QString GetTerrainModelFolder() const { return m_terrainModelFolder; }
 
     // The datum transformation methods of the static data, the first selected.
     void FillMethodList(OrvGeoStaticDataBase* staticData, QComboBox* list);
@@ -96,6 +100,7 @@ private:
     QString m_programFolder;
     QString m_programFileName;
     QString m_commonDataFolder;
+    QString m_terrainModelFolder;
     int m_rowCount = 0;
     QList<int> m_rowParams;
     QList<unsigned> m_rowTypes;

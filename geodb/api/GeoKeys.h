@@ -34,7 +34,11 @@ namespace GeoidKey {
 constexpr int None = 0;
 constexpr int ManualSeparation = 1;
 constexpr int Egm96 = 2;
+constexpr int GeoidModel = 3; // a geoid model of the terrain model data
+constexpr int Swen = 6;       // Swedish models
 constexpr int ChartDatum = 7; // vertical datum transformation with a chart datum
+constexpr int GridModel = 15; // a grid model of the terrain model data
+constexpr int Nn2000 = 19;    // Norwegian models
 constexpr int Osgm = 24;
 constexpr int Ostn = 25;
 constexpr int Gtx = 28;

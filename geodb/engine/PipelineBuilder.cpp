@@ -6,6 +6,7 @@
 #include "util/UtmZones.h"
 
 #include <QByteArray>
+#include <QDir>
 
 #include <proj.h>
 #include <proj_experimental.h>
@@ -395,10 +396,10 @@ bool Build(pj_ctx* ctx, const SystemDefinition& def, const PipelineOptions& opti
             const QString geoidGrid =
                 ModelFiles::FindVDatumGeoid(sys.geoidFile, options.commonFolder);
             if (sys.geoidFile.trimmed().isEmpty() || geoidGrid.isEmpty()) {
-                error =
-                    QStringLiteral("The geoid model \"%1\" of the vertical datum "
-                                   "transformation is not in %2.")
-                        .arg(sys.geoidFile, options.commonFolder + QStringLiteral("/vdatum/core"));
+                error = QStringLiteral("The geoid model \"%1\" of the vertical datum "
+                                       "transformation is not in %2.")
+                            .arg(sys.geoidFile, QDir::cleanPath(options.commonFolder +
+                                                                QStringLiteral("/vdatum/core")));
                 return false;
             }
             grids << geoidGrid;

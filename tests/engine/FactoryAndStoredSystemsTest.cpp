@@ -84,19 +84,19 @@ TEST(CommonDataFolder, FromOrvIniAndUsedForModelFiles) {
 
     WriteIni(folder.path(), QStringLiteral("[DataPaths]\nDataRoot=/data/root\n"));
     ASSERT_TRUE(GetCommonDataFolder(folder.path(), common));
-    EXPECT_EQ(common, QStringLiteral("/data/root/Projects Common Files"));
+    EXPECT_EQ(common, QStringLiteral("/data/root/Projects Common Files/"));
 
     WriteIni(folder.path(),
              QStringLiteral("[DataPaths]\nDataRoot=/data/root\nUseDefaultCommonPath=false\n"));
     ASSERT_TRUE(GetCommonDataFolder(folder.path(), common));
-    EXPECT_EQ(common, QStringLiteral("/data/root"));
+    EXPECT_EQ(common, QStringLiteral("/data/root/"));
 
     const QString mine = folder.path() + QStringLiteral("/common");
     WriteIni(folder.path(), QStringLiteral("[DataPaths]\nDataRoot=/data/root\n"
                                            "UseDefaultCommonPath=0\nCommonPath=%1\n")
                                 .arg(mine));
     ASSERT_TRUE(GetCommonDataFolder(folder.path(), common));
-    EXPECT_EQ(common, mine);
+    EXPECT_EQ(common, mine + QLatin1Char('/'));
 
     // A geoid grid in the common folder is found by DefineSystem.
     ASSERT_TRUE(WriteGtx(mine + QStringLiteral("/General/Geoidmodels/Netherlands/nl.gtx"), 50, 2, 1,

@@ -4,6 +4,7 @@
 #include "resources/StringTable.h"
 #include "support/TempDataFolder.h"
 #include "util/BrandingConfig.h"
+#include "util/CommonFolders.h"
 #include "wizard/DtfInfo.h"
 #include "wizard/PrjInfo.h"
 #include "wizard/WzdUtility.h"
@@ -89,8 +90,30 @@ TEST_F(Settings, ValuesEndingInASeparatorGetNoSecondOne) {
              "UseDefaultCommonPath=no\nCommonPath=D:\\Common\\\n");
     QString dataFolder;
     ASSERT_TRUE(utility.GetCommonFolders(dataFolder));
-    EXPECT_EQ(utility.GetCommonDataFolder(), QStringLiteral("D:\\Common\\"));
-    EXPECT_EQ(dataFolder, QStringLiteral("/srv/orv/Data/Projects\\"));
+    EXPECT_EQ(utility.GetCommonDataFolder(), QStringLiteral("D:/Common/"));
+    EXPECT_EQ(dataFolder, QStringLiteral("/srv/orv/Data/Projects/"));
+}
+
+// The wizard reads ORV.ini of the program-data folder, the engine that of its data source;
+// given the same file, both name the same common data folder.
+TEST_F(Settings, TheWizardAndTheEngineAgreeOnTheCommonDataFolder) {
+    const QByteArray files[] = {
+        "[DataPaths]\nDataRoot=/srv/orv/Data\nDataFolder=Projects\n",
+        "[DataPaths]\nDataRoot=/srv/orv/Data/\nUseDefaultCommonPath=false\n",
+        "[DataPaths]\nDataRoot=/srv//orv/Data\nUseDefaultCommonPath=no\n"
+        "CommonPath=D:\\Survey\\Common\\\n",
+        "[DataPaths]\nDataRoot=/srv/orv/Data\nUseDefaultCommonPath=off\nCommonPath=\n",
+        "[DataPaths]\nUseDefaultCommonPath=0\nCommonPath=/mnt/survey/./Common Files\n",
+    };
+    for (const QByteArray& file : files) {
+        writeIni(file);
+        QString dataFolder, engineFolder;
+        EXPECT_TRUE(utility.GetCommonFolders(dataFolder)) << file.toStdString();
+        GetCommonDataFolder(BrandingConfig::Instance().GetProgramDataFolder(), engineFolder);
+        EXPECT_EQ(utility.GetCommonDataFolder().toStdString(), engineFolder.toStdString())
+            << file.toStdString();
+        EXPECT_FALSE(engineFolder.isEmpty()) << file.toStdString();
+    }
 }
 
 namespace {
