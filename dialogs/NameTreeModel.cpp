@@ -51,6 +51,14 @@ template <class T, class NameOf> void sortNaturally(QList<T>& items, NameOf name
 
 } // namespace
 
+QList<NameTreeEntry> EntriesOf(const QStringList& names, const QHash<QString, int>& codes) {
+    QList<NameTreeEntry> entries;
+    entries.reserve(names.size());
+    for (const QString& name : names)
+        entries.append(NameTreeEntry{name, codes.value(name), {}});
+    return entries;
+}
+
 void SortNamesNaturally(QStringList& names) {
     sortNaturally(names, [](const QString& name) { return name; });
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractItemModel>
+#include <QHash>
 #include <QList>
 #include <QString>
 
@@ -41,6 +42,9 @@ private:
 
     QList<NameTreeEntry> m_entries;
 };
+
+// Top-level entries of names with their codes (0 for a name without one).
+QList<NameTreeEntry> EntriesOf(const QStringList& names, const QHash<QString, int>& codes);
 
 // Sorts names as a person reads them (see NameTreeModel).
 void SortNamesNaturally(QStringList& names);

@@ -7,6 +7,7 @@
 #include <QFontMetrics>
 #include <QPushButton>
 #include <QTextEdit>
+#include <QTreeView>
 
 namespace {
 // Information texts indent with tabs; four average characters keep them compact.
@@ -14,6 +15,9 @@ constexpr int kTabStopCharacters = 4;
 } // namespace
 
 PickerDialog::PickerDialog(DialogOwner* owner, QWidget* parent) : Dialog(parent), m_owner(owner) {}
+
+PickerDialog::PickerDialog(OrvGeoDatabaseBase* database, QWidget* parent)
+    : Dialog(parent), m_database(database) {}
 
 DialogOwner* PickerDialog::OwnerOfSheet(PropertySheet* sheet) {
     return dynamic_cast<DialogOwner*>(sheet);
@@ -24,7 +28,7 @@ QWidget* PickerDialog::ParentForSheet(PropertySheet* sheet, QWidget* parent) {
 }
 
 OrvGeoDatabaseBase* PickerDialog::Database() const {
-    return m_owner ? m_owner->GetGeoDatabase() : nullptr;
+    return m_owner ? m_owner->GetGeoDatabase() : m_database;
 }
 
 void PickerDialog::BindControls(QLineEdit* filter, QTreeView* view, QTextEdit* pane,
@@ -36,8 +40,19 @@ void PickerDialog::BindControls(QLineEdit* filter, QTreeView* view, QTextEdit* p
         OnSelChangedTree(current);
         UpdateOkButton();
     });
+    connect(m_tree, &PickerTree::FilterApplied, this, &PickerDialog::UpdateOkButton);
     connect(ok, &QPushButton::clicked, this, [this] { accept(); });
     connect(cancel, &QPushButton::clicked, this, [this] { reject(); });
+}
+
+void PickerDialog::FillAndSelect(const QStringList& names, const QHash<QString, int>& codes,
+                                 const QString& preset) {
+    m_tree->SetEntries(EntriesOf(names, codes));
+    m_tree->View()->setFocus();
+    QModelIndex item = m_tree->Model().FindTopLevel(preset);
+    if (!item.isValid())
+        item = m_tree->FirstShown();
+    m_tree->Select(item);
 }
 
 bool PickerDialog::CanAccept(const QModelIndex& current) const {

@@ -4,7 +4,6 @@
 
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QPersistentModelIndex>
 #include <QShortcut>
 #include <QTreeView>
 
@@ -53,12 +52,15 @@ PickerTree::PickerTree(QLineEdit* filter, QTreeView* view, QWidget* shortcutOwne
     connect(m_filter, &QLineEdit::textChanged, this, &PickerTree::applyFilter);
     connect(m_view->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& current) {
+                if (current.isValid())
+                    m_lastChosen = m_proxy->mapToSource(current);
                 if (!m_filtering)
                     emit CurrentChanged(m_proxy->mapToSource(current));
             });
 }
 
 void PickerTree::SetEntries(QList<NameTreeEntry> entries) {
+    m_lastChosen = QPersistentModelIndex();
     // a flat list needs no room for branch marks
     const bool grouped = std::any_of(entries.cbegin(), entries.cend(),
                                      [](const NameTreeEntry& e) { return !e.children.isEmpty(); });
@@ -77,6 +79,10 @@ void PickerTree::Select(const QModelIndex& sourceIndex) {
     }
     selection->setCurrentIndex(shown, QItemSelectionModel::ClearAndSelect);
     m_view->scrollTo(shown);
+}
+
+void PickerTree::Expand(const QModelIndex& sourceIndex) {
+    m_view->expand(m_proxy->mapFromSource(sourceIndex));
 }
 
 QModelIndex PickerTree::Current() const {
@@ -103,7 +109,8 @@ void PickerTree::applyFilter(const QString& text) {
     const QPersistentModelIndex before = Current();
     m_filtering = true;
     m_proxy->SetFilterText(text);
-    QModelIndex next = before;
+    // what was current, or what was chosen before a filter hid everything
+    QModelIndex next = before.isValid() ? QModelIndex(before) : QModelIndex(m_lastChosen);
     if (!m_proxy->mapFromSource(next).isValid())
         next = m_proxy->IsFiltering() ? firstMatch() : QModelIndex();
     m_view->setUpdatesEnabled(false);
@@ -119,4 +126,5 @@ void PickerTree::applyFilter(const QString& text) {
     m_filtering = false;
     if (QModelIndex(before) != next)
         emit CurrentChanged(next);
+    emit FilterApplied();
 }

@@ -3,6 +3,7 @@
 #include "dialogs/NameTreeModel.h"
 
 #include <QObject>
+#include <QPersistentModelIndex>
 
 class NameFilterProxy;
 class QLineEdit;
@@ -30,6 +31,8 @@ public:
     // Makes an entry of the model (a source index) current and selected, scrolled into view;
     // an invalid or filtered-out index clears the selection.
     void Select(const QModelIndex& sourceIndex);
+    // Opens a group (a source index) in the view.
+    void Expand(const QModelIndex& sourceIndex);
     // The current entry as a source index; invalid when there is none.
     QModelIndex Current() const;
     // The first entry shown (the first by name while the filter is empty), or invalid.
@@ -40,6 +43,8 @@ public:
 signals:
     // The current entry changed (a source index, invalid for none).
     void CurrentChanged(const QModelIndex& sourceIndex);
+    // The filter text was applied (after any CurrentChanged it caused).
+    void FilterApplied();
 
 private:
     void applyFilter(const QString& text);
@@ -50,5 +55,6 @@ private:
     QTreeView* m_view;
     NameTreeModel* m_model;
     NameFilterProxy* m_proxy;
+    QPersistentModelIndex m_lastChosen; // the last current entry, kept while a filter hides all
     bool m_filtering = false; // the filter is being applied: currentChanged is ours to tell
 };

@@ -32,26 +32,14 @@ bool SelEllipsoidDlg::OnInitDialog() {
 }
 
 void SelEllipsoidDlg::FillTree() {
-    PickerTree* tree = Tree();
-    tree->SetEntries({});
-    OrvGeoDatabaseBase* database = Database();
+    Tree()->SetEntries({});
     QStringList names;
     QHash<QString, int> codes;
-    if (database) {
+    if (OrvGeoDatabaseBase* database = Database()) {
         database->GetEllipsoidNames(names);
         codes = database->GetEpsgCodes(GeoEntryKind::Ellipsoid);
     }
-    m_ui->tree->setFocus();
-    QList<NameTreeEntry> entries;
-    entries.reserve(names.size());
-    for (const QString& name : std::as_const(names))
-        entries.append(NameTreeEntry{name, codes.value(name), {}});
-    tree->SetEntries(std::move(entries));
-
-    QModelIndex item = tree->Model().FindTopLevel(m_selName);
-    if (!item.isValid())
-        item = tree->FirstShown();
-    tree->Select(item);
+    FillAndSelect(names, codes, m_selName);
 }
 
 void SelEllipsoidDlg::OnSelChangedTree(const QModelIndex& sourceIndex) {

@@ -17,12 +17,8 @@ namespace {
 //   common data folder  <root>/Data/Projects Common Files/
 //   terrain model data  <root>/Data/Projects/DigitalTerrainModel/
 struct GridSel : ::testing::Test {
-    GridSel() {
-        BrandingConfig::Instance().SetRootProgramDataFolder(root.path());
-    }
-    ~GridSel() override {
-        BrandingConfig::Instance().SetRootProgramDataFolder(QString());
-    }
+    GridSel() { BrandingConfig::Instance().SetRootProgramDataFolder(root.path()); }
+    ~GridSel() override { BrandingConfig::Instance().SetRootProgramDataFolder(QString()); }
     void writeIni(const QString& extra = QString()) {
         write(QStringLiteral("Geodesy/ORV.ini"),
               QStringLiteral("[DataPaths]\nDataRoot=%1/Data\nDataFolder=Projects\n%2")
