@@ -57,3 +57,14 @@ constexpr int UNIT_CATEGORY_LENGTH = 8;
 
 // The kinds of entries the database holds, for the look-ups that work on any of them.
 enum class GeoEntryKind { Ellipsoid, DatumTransformation, Projection, Unit, CoordSys };
+
+// Observation epochs a point may carry, as decimal years. 0 means "none given": the stored
+// default epoch of the datum transformation applies. Anything else outside the range (or not
+// a number) is refused by every reader of an epoch.
+constexpr double ObservationEpochNone = 0.0;
+constexpr double ObservationEpochMin = 1900.0;
+constexpr double ObservationEpochMax = 2200.0;
+inline bool IsObservationEpochValid(double epoch) {
+    return epoch == ObservationEpochNone ||
+           (epoch >= ObservationEpochMin && epoch <= ObservationEpochMax); // false for NaN
+}
