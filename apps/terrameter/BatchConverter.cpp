@@ -1,186 +1,538 @@
 #include "BatchConverter.h"
 
-#include <QString>
+#include "api/GeoTypes.h"
 
-#include <charconv>
+#include <cerrno>
 #include <cmath>
+#include <condition_variable>
+#include <cstdint>
 #include <cstring>
-#include <vector>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+using namespace BatchFormat;
 
 namespace {
 
-constexpr std::size_t BlockPoints = 65536;
+constexpr std::size_t ReadChunkBytes = std::size_t(1) << 20;
+// Blocks read ahead per thread: enough to keep every thread busy while one block is
+// written, few enough to keep memory flat.
+constexpr std::size_t BlocksPerThread = 3;
+constexpr std::size_t QuotedFieldChars = 40;
+// What the result columns of a failed line hold (as cs2cs writes; spreadsheets keep it).
+constexpr char FailedMark = '*';
+
+// How the lines of the file are laid out, decided at the first line that holds data.
+struct Layout {
+    bool known = false;
+    Separator separator = Separator::Comma;
+    std::size_t headerLine = 0; // 0: none
+    bool decimalComma() const { return separator != Separator::Comma; }
+};
+
+struct Block {
+    std::string text; // whole lines, each ending in '\n'
+    std::size_t firstLine = 1;
+    Layout layout;
+    std::string output;
+    std::vector<std::pair<std::size_t, std::string>> messages;
+    std::size_t lines = 0, converted = 0, failed = 0;
+    bool done = false;
+};
+
+enum class LineKind : unsigned char { Copy, Header, Point, Failed };
+
+struct LineInfo {
+    std::size_t begin = 0, end = 0; // the line without its end
+    bool cr = false;                // ended in "\r\n"
+    LineKind kind = LineKind::Copy;
+    std::uint32_t fieldBegin = 0, fieldCount = 0;
+    std::uint32_t index = 0; // the point, or the reason of a failed line
+};
 
 bool IsBlank(char c) {
     return c == ' ' || c == '\t' || c == '\r';
 }
 
-// Parses the comma-separated numbers of a line; false with a reason.
-bool ParseLine(const char* begin, const char* end, GeoPoint& p, std::string& why) {
-    double values[4] = {0, 0, 0, 0};
-    int count = 0;
-    const char* s = begin;
-    while (true) {
-        while (s < end && IsBlank(*s))
-            ++s;
-        if (count == 4) {
-            why = "more than four values";
-            return false;
-        }
-        if (s < end && *s == '+')
-            ++s;
-        const auto [next, ec] = std::from_chars(s, end, values[count]);
-        if (ec != std::errc() || !std::isfinite(values[count])) {
-            why = "value " + std::to_string(count + 1) + " is not a number";
-            return false;
-        }
-        ++count;
-        s = next;
-        while (s < end && IsBlank(*s))
-            ++s;
-        if (s == end)
-            break;
-        if (*s != ',' && *s != ';') {
-            why = "unexpected text after value " + std::to_string(count);
-            return false;
-        }
-        ++s;
-    }
-    if (count < 3) {
-        why = "three values expected, " + std::to_string(count) + " found";
+// A field as a message quotes it: at most a few dozen characters.
+std::string Quoted(std::string_view field) {
+    std::string text(field.substr(0, QuotedFieldChars));
+    if (field.size() > QuotedFieldChars)
+        text += "...";
+    return '"' + text + '"';
+}
+
+// A number as a message shows it: short, in exponent form when large.
+std::string Number(double value) {
+    char buffer[32];
+    std::snprintf(buffer, sizeof buffer, "%.10g", value);
+    return buffer;
+}
+
+// A result, or the mark of a failed line.
+void AppendResult(std::string& out, const double* value, int decimals) {
+    if (!value || !AppendFixed(out, *value, decimals))
+        out += FailedMark;
+}
+
+std::string LimitText(double limit) {
+    return Number(-limit) + ".." + Number(limit);
+}
+
+// Reads the point of a data line; false with the reason.
+bool ReadPoint(const std::string_view* fields, std::size_t count, const ColumnSpec& spec,
+               bool decimalComma, GeoPoint& p, std::string& why) {
+    const int required = spec.RequiredFields();
+    if (int(count) < required) {
+        why = std::to_string(required) + " columns expected, " + std::to_string(count) + " found";
         return false;
     }
-    p = {values[0], values[1], values[2], values[3]};
+    double first = 0, second = 0;
+    if (spec.inverse) {
+        const bool eastFirst = spec.roles[spec.first] == Role::Easting;
+        const char* firstName = eastFirst ? "Easting" : "Northing";
+        const char* secondName = eastFirst ? "Northing" : "Easting";
+        if (!ReadNumber(fields[spec.first], decimalComma, first)) {
+            why = std::string(firstName) + ' ' + Quoted(fields[spec.first]) + " is not a number";
+            return false;
+        }
+        if (!ReadNumber(fields[spec.second], decimalComma, second)) {
+            why = std::string(secondName) + ' ' + Quoted(fields[spec.second]) + " is not a number";
+            return false;
+        }
+        p.x = eastFirst ? first : second;
+        p.y = eastFirst ? second : first;
+    } else {
+        const int latColumn = spec.roles[spec.first] == Role::Latitude ? spec.first : spec.second;
+        const int lonColumn = latColumn == spec.first ? spec.second : spec.first;
+        double lat = 0, lon = 0;
+        if (!ReadAngle(fields[latColumn], decimalComma, lat)) {
+            why = "latitude " + Quoted(fields[latColumn]) + " is not an angle";
+            return false;
+        }
+        if (!(std::abs(lat) <= LatitudeLimit)) {
+            why = "latitude " + Number(lat) + " is outside " + LimitText(LatitudeLimit);
+            return false;
+        }
+        if (!ReadAngle(fields[lonColumn], decimalComma, lon)) {
+            why = "longitude " + Quoted(fields[lonColumn]) + " is not an angle";
+            return false;
+        }
+        if (!NormaliseLongitude(lon)) {
+            why = "longitude " + Number(lon) + " is outside " + LimitText(LongitudeLimit);
+            return false;
+        }
+        p.x = lat;
+        p.y = lon;
+    }
+    p.z = 0;
+    if (spec.height >= 0) {
+        const char* name = spec.inverse ? "Z" : "height";
+        const std::string_view field = fields[spec.height];
+        if (field.empty()) {
+            why = std::string("no ") + name;
+            return false;
+        }
+        if (!ReadNumber(field, decimalComma, p.z)) {
+            why = std::string(name) + ' ' + Quoted(field) + " is not a number";
+            return false;
+        }
+    }
+    p.time = ObservationEpochNone;
+    if (spec.epoch >= 0 && !fields[spec.epoch].empty()) {
+        double epoch = 0;
+        if (!ReadNumber(fields[spec.epoch], decimalComma, epoch)) {
+            why = "epoch " + Quoted(fields[spec.epoch]) + " is not a decimal year";
+            return false;
+        }
+        if (!IsObservationEpochValid(epoch)) {
+            why = "epoch " + Number(epoch) + " is outside " + Number(ObservationEpochMin) + ".." +
+                  Number(ObservationEpochMax) + " (0 or empty: the default epoch)";
+            return false;
+        }
+        p.time = epoch;
+    }
     return true;
 }
 
-void Append(std::string& out, double value, int decimals) {
-    char buffer[64];
-    const auto [end, ec] =
-        std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, decimals);
-    if (ec == std::errc())
-        out.append(buffer, end);
-    else
-        out += "nan";
+// Converts blocks on one thread; keeps its scratch space from block to block.
+class BlockWorker {
+public:
+    BlockWorker(OrvGeoCoordSysBase& cs, const BatchConverter::Settings& settings)
+        : m_cs(cs), m_settings(settings), m_spec(settings.columns) {}
+
+    void Convert(Block& block);
+
+private:
+    void Classify(Block& block);
+    void WriteRow(Block& block, const LineInfo& line, const GeoPoint* result);
+    void WriteHeader(Block& block, const LineInfo& line);
+
+    OrvGeoCoordSysBase& m_cs;
+    const BatchConverter::Settings& m_settings;
+    const ColumnSpec& m_spec;
+    std::vector<LineInfo> m_lines;
+    std::vector<std::string_view> m_fields;
+    std::vector<std::string_view> m_split;
+    std::vector<GeoPoint> m_points;
+    std::unique_ptr<bool[]> m_ok;
+    std::size_t m_okSize = 0;
+    std::vector<std::string> m_reasons;
+    std::string m_why;
+};
+
+void BlockWorker::Classify(Block& block) {
+    m_lines.clear();
+    m_fields.clear();
+    m_points.clear();
+    m_reasons.clear();
+    const char* text = block.text.data();
+    const std::size_t size = block.text.size();
+    const bool decimalComma = block.layout.decimalComma();
+    std::size_t lineNo = block.firstLine;
+    for (std::size_t pos = 0; pos < size; ++lineNo) {
+        const auto* nl = static_cast<const char*>(std::memchr(text + pos, '\n', size - pos));
+        const std::size_t end = nl ? std::size_t(nl - text) : size;
+        LineInfo line;
+        line.begin = pos;
+        line.end = end;
+        if (end > pos && text[end - 1] == '\r') {
+            line.cr = true;
+            --line.end;
+        }
+        pos = end + 1;
+        const std::string_view content(text + line.begin, line.end - line.begin);
+        std::size_t first = 0;
+        while (first < content.size() && IsBlank(content[first]))
+            ++first;
+        if (content.size() > m_settings.maxLineBytes) {
+            line.kind = LineKind::Failed;
+            line.index = std::uint32_t(m_reasons.size());
+            m_reasons.push_back("the line is longer than " +
+                                std::to_string(m_settings.maxLineBytes) + " bytes");
+        } else if (first == content.size() || content[first] == '#') {
+            line.kind = LineKind::Copy;
+        } else {
+            SplitFields(content, block.layout.separator, m_split);
+            line.fieldBegin = std::uint32_t(m_fields.size());
+            line.fieldCount = std::uint32_t(m_split.size());
+            m_fields.insert(m_fields.end(), m_split.begin(), m_split.end());
+            GeoPoint p;
+            if (lineNo == block.layout.headerLine) {
+                line.kind = LineKind::Header;
+            } else if (ReadPoint(m_split.data(), m_split.size(), m_spec, decimalComma, p, m_why)) {
+                line.kind = LineKind::Point;
+                line.index = std::uint32_t(m_points.size());
+                m_points.push_back(p);
+            } else {
+                line.kind = LineKind::Failed;
+                line.index = std::uint32_t(m_reasons.size());
+                m_reasons.push_back(m_why);
+            }
+        }
+        m_lines.push_back(line);
+    }
+}
+
+void BlockWorker::WriteHeader(Block& block, const LineInfo& line) {
+    const char sep = SeparatorChar(block.layout.separator);
+    const std::string unit = m_settings.unitLabel.toStdString();
+    const std::size_t columns = std::max<std::size_t>(line.fieldCount, m_spec.roles.size());
+    for (std::size_t i = 0; i < columns; ++i) {
+        if (i > 0)
+            block.output += sep;
+        const int column = int(i);
+        if (column == m_spec.first)
+            block.output += m_spec.inverse ? "Latitude [deg]" : "Easting [" + unit + "]";
+        else if (column == m_spec.second)
+            block.output += m_spec.inverse ? "Longitude [deg]" : "Northing [" + unit + "]";
+        else if (column == m_spec.height)
+            block.output += m_spec.inverse ? "Height [m]" : "Z [" + unit + "]";
+        else if (i < line.fieldCount)
+            block.output += m_fields[line.fieldBegin + i];
+    }
+    block.output += line.cr ? "\r\n" : "\n";
+}
+
+void BlockWorker::WriteRow(Block& block, const LineInfo& line, const GeoPoint* result) {
+    const char sep = SeparatorChar(block.layout.separator);
+    const int xyDecimals = m_spec.inverse ? AngleDecimals : LengthDecimals;
+    const std::size_t columns = std::max<std::size_t>(line.fieldCount, m_spec.roles.size());
+    for (std::size_t i = 0; i < columns; ++i) {
+        if (i > 0)
+            block.output += sep;
+        const int column = int(i);
+        if (column == m_spec.first) {
+            AppendResult(block.output, result ? &result->x : nullptr, xyDecimals);
+        } else if (column == m_spec.second) {
+            AppendResult(block.output, result ? &result->y : nullptr, xyDecimals);
+        } else if (column == m_spec.height) {
+            AppendResult(block.output, result ? &result->z : nullptr, LengthDecimals);
+        } else if (i < line.fieldCount) {
+            block.output += m_fields[line.fieldBegin + i];
+        }
+    }
+    block.output += line.cr ? "\r\n" : "\n";
+}
+
+void BlockWorker::Convert(Block& block) {
+    Classify(block);
+    const std::size_t n = m_points.size();
+    if (m_okSize < n) {
+        m_ok = std::make_unique<bool[]>(n);
+        m_okSize = n;
+    }
+    if (n > 0) {
+        if (m_spec.inverse)
+            m_cs.InverseArray(m_points.data(), m_ok.get(), n);
+        else
+            m_cs.ForwardArray(m_points.data(), m_ok.get(), n);
+    }
+    block.output.clear();
+    block.output.reserve(block.text.size() + block.text.size() / 2);
+    block.messages.clear();
+    block.lines = m_lines.size();
+    block.converted = block.failed = 0;
+    std::size_t lineNo = block.firstLine;
+    for (const LineInfo& line : m_lines) {
+        switch (line.kind) {
+        case LineKind::Copy:
+            block.output.append(block.text, line.begin, line.end - line.begin);
+            block.output += line.cr ? "\r\n" : "\n";
+            break;
+        case LineKind::Header:
+            WriteHeader(block, line);
+            break;
+        case LineKind::Point: {
+            GeoPoint& p = m_points[line.index];
+            const bool finite = std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
+            if (m_ok[line.index] && finite) {
+                WriteRow(block, line, &p);
+                ++block.converted;
+                break;
+            }
+            // The point was handed back as it was read: ask once more, alone, for the reason.
+            GeoPoint again = p;
+            const bool ok = m_spec.inverse ? m_cs.Inverse(again) : m_cs.Forward(again);
+            block.messages.emplace_back(
+                lineNo, ok || !finite ? std::string("the result is not a finite number")
+                                      : m_cs.LastError().toStdString());
+            WriteRow(block, line, nullptr);
+            ++block.failed;
+            break;
+        }
+        case LineKind::Failed:
+            block.messages.emplace_back(lineNo, m_reasons[line.index]);
+            WriteRow(block, line, nullptr);
+            ++block.failed;
+            break;
+        }
+        ++lineNo;
+    }
+}
+
+// Decides the layout at the first line of the block that holds data; false when the block
+// has none (only comments and empty lines).
+bool DecideLayout(const Block& block, const BatchConverter::Settings& settings, Layout& layout) {
+    const char* text = block.text.data();
+    const std::size_t size = block.text.size();
+    std::size_t lineNo = block.firstLine;
+    std::vector<std::string_view> fields;
+    for (std::size_t pos = 0; pos < size; ++lineNo) {
+        const auto* nl = static_cast<const char*>(std::memchr(text + pos, '\n', size - pos));
+        const std::size_t end = nl ? std::size_t(nl - text) : size;
+        std::string_view line(text + pos, end - pos);
+        pos = end + 1;
+        if (!line.empty() && line.back() == '\r')
+            line.remove_suffix(1);
+        std::size_t first = 0;
+        while (first < line.size() && IsBlank(line[first]))
+            ++first;
+        if (first == line.size() || line[first] == '#' || line.size() > settings.maxLineBytes)
+            continue;
+        layout.known = true;
+        layout.separator =
+            settings.separator == Separator::Auto ? DetectSeparator(line) : settings.separator;
+        if (settings.header == BatchConverter::Header::Present) {
+            layout.headerLine = lineNo;
+        } else if (settings.header == BatchConverter::Header::Detect) {
+            SplitFields(line, layout.separator, fields);
+            if (LooksLikeHeader(fields, settings.columns, layout.decimalComma()))
+                layout.headerLine = lineNo;
+        }
+        return true;
+    }
+    return false;
 }
 
 } // namespace
 
-BatchConverter::Result
-BatchConverter::Run(std::FILE* in, std::FILE* out,
-                    const std::function<void(std::size_t, const std::string&)>& report,
-                    const std::function<void(std::size_t)>& progress) {
+BatchConverter::BatchConverter(std::vector<OrvGeoCoordSysBase*> systems, Settings settings)
+    : m_systems(std::move(systems)), m_settings(std::move(settings)) {
+    if (m_settings.columns.roles.empty()) {
+        QString ignored;
+        ColumnSpec::Parse(QString(), false, m_settings.columns, ignored);
+    }
+}
+
+BatchConverter::Result BatchConverter::Run(std::FILE* in, std::FILE* out, const Report& report,
+                                           const Progress& progress) {
+    return Run(
+        in,
+        [out](const char* data, std::size_t size) {
+            return std::fwrite(data, 1, size, out) == size;
+        },
+        report, progress);
+}
+
+BatchConverter::Result BatchConverter::Run(std::FILE* in, const Sink& out, const Report& report,
+                                           const Progress& progress) {
     Result result;
-    std::vector<GeoPoint> points;
-    std::vector<std::size_t> lineOf;
-    std::vector<char> hasTime;
-    std::vector<char> ok(BlockPoints);
-    points.reserve(BlockPoints);
-    lineOf.reserve(BlockPoints);
-    hasTime.reserve(BlockPoints);
-    // Comment lines are copied in order: kept with the index of the point they precede.
-    std::vector<std::pair<std::size_t, std::string>> comments;
-    std::string output;
-    std::string why;
-    const int xyDecimals = m_inverse ? 9 : 4; // degrees or grid units
-    const int zDecimals = 4;
+    const std::size_t threadCount = std::max<std::size_t>(1, m_systems.size());
+    const std::size_t maxInFlight = threadCount * BlocksPerThread;
 
-    auto flush = [&]() {
-        const std::size_t n = points.size();
-        if (m_inverse)
-            m_cs.InverseArray(points.data(), reinterpret_cast<bool*>(ok.data()), n);
-        else
-            m_cs.ForwardArray(points.data(), reinterpret_cast<bool*>(ok.data()), n);
-        output.clear();
-        std::size_t c = 0;
-        for (std::size_t i = 0; i < n; ++i) {
-            for (; c < comments.size() && comments[c].first == i; ++c)
-                output += comments[c].second;
-            if (!ok[i]) {
-                ++result.bad;
-                report(lineOf[i], "the point cannot be converted (outside the system's domain "
-                                  "or its grids)");
-                continue;
+    std::mutex mutex;
+    std::condition_variable jobReady, blockDone;
+    std::deque<Block*> jobs;
+    bool stopping = false;
+    std::vector<std::thread> threads;
+    for (std::size_t i = 0; i < threadCount; ++i) {
+        threads.emplace_back([&, i] {
+            BlockWorker worker(*m_systems[i], m_settings);
+            while (true) {
+                Block* block = nullptr;
+                {
+                    std::unique_lock lock(mutex);
+                    jobReady.wait(lock, [&] { return stopping || !jobs.empty(); });
+                    if (jobs.empty())
+                        return;
+                    block = jobs.front();
+                    jobs.pop_front();
+                }
+                worker.Convert(*block);
+                {
+                    std::lock_guard lock(mutex);
+                    block->done = true;
+                }
+                blockDone.notify_all();
             }
-            const GeoPoint& p = points[i];
-            Append(output, p.x, xyDecimals);
-            output += ',';
-            Append(output, p.y, xyDecimals);
-            output += ',';
-            Append(output, p.z, zDecimals);
-            if (hasTime[i]) {
-                output += ',';
-                Append(output, p.time, 4);
-            }
-            output += '\n';
-            ++result.converted;
+        });
+    }
+
+    std::deque<std::unique_ptr<Block>> inFlight;
+    std::vector<std::unique_ptr<Block>> spare;
+    // Writes the oldest block once it is converted.
+    auto emitFront = [&] {
+        Block& block = *inFlight.front();
+        {
+            std::unique_lock lock(mutex);
+            blockDone.wait(lock, [&] { return block.done; });
         }
-        for (; c < comments.size(); ++c)
-            output += comments[c].second;
-        std::fwrite(output.data(), 1, output.size(), out);
-        points.clear();
-        lineOf.clear();
-        hasTime.clear();
-        comments.clear();
+        if (!result.writeFailed) {
+            if (!block.output.empty() && !out(block.output.data(), block.output.size()))
+                result.writeFailed = true;
+            for (const auto& [line, why] : block.messages)
+                report(line, why);
+            result.lines += block.lines;
+            result.converted += block.converted;
+            result.failed += block.failed;
+        }
+        spare.push_back(std::move(inFlight.front()));
+        inFlight.pop_front();
     };
 
-    std::vector<char> buffer(1 << 20);
-    std::string carry;
-    std::size_t bytes = 0;
-    std::size_t lastProgress = 0;
-    auto handleLine = [&](const char* b, const char* e) {
-        ++result.lines;
-        const char* s = b;
-        while (s < e && IsBlank(*s))
-            ++s;
-        if (s == e || *s == '#') {
-            comments.emplace_back(points.size(), std::string(b, e) + '\n');
-            return;
+    Layout layout;
+    auto submit = [&](std::unique_ptr<Block> block) {
+        if (!layout.known)
+            DecideLayout(*block, m_settings, layout);
+        block->layout = layout;
+        block->done = false;
+        while (inFlight.size() >= maxInFlight)
+            emitFront();
+        {
+            std::lock_guard lock(mutex);
+            jobs.push_back(block.get());
         }
-        GeoPoint p;
-        if (!ParseLine(s, e, p, why)) {
-            ++result.bad;
-            report(result.lines, why);
-            return;
+        jobReady.notify_one();
+        inFlight.push_back(std::move(block));
+    };
+    auto newBlock = [&](std::size_t firstLine) {
+        std::unique_ptr<Block> block;
+        if (!spare.empty()) {
+            block = std::move(spare.back());
+            spare.pop_back();
+        } else {
+            block = std::make_unique<Block>();
+            block->text.reserve(m_settings.blockBytes + ReadChunkBytes);
         }
-        const char* comma = s;
-        int commas = 0;
-        for (; comma < e; ++comma)
-            commas += (*comma == ',' || *comma == ';');
-        points.push_back(p);
-        lineOf.push_back(result.lines);
-        hasTime.push_back(commas >= 3);
-        if (points.size() == BlockPoints)
-            flush();
+        block->text.clear();
+        block->firstLine = firstLine;
+        return block;
     };
 
-    while (true) {
+    std::vector<char> buffer(ReadChunkBytes);
+    std::size_t lineNo = 1;
+    std::size_t lineBytes = 0; // of the current line, as kept
+    bool dropping = false;     // the current line is too long: the rest is skipped
+    std::size_t bytes = 0, lastProgress = 0;
+    const std::size_t keep = m_settings.maxLineBytes + 1; // enough to see that a line is too long
+    std::unique_ptr<Block> block = newBlock(lineNo);
+    while (!result.writeFailed) {
         const std::size_t got = std::fread(buffer.data(), 1, buffer.size(), in);
-        if (got == 0)
+        if (got == 0) {
+            if (std::ferror(in)) {
+                result.readFailed = true;
+                result.readError = std::strerror(errno);
+            }
             break;
+        }
         bytes += got;
-        const char* data = buffer.data();
-        const char* end = data + got;
-        const char* line = data;
-        for (const char* nl; (nl = static_cast<const char*>(std::memchr(line, '\n', end - line)));
-             line = nl + 1) {
-            if (!carry.empty()) {
-                carry.append(line, nl);
-                handleLine(carry.data(), carry.data() + carry.size());
-                carry.clear();
-            } else {
-                handleLine(line, nl);
+        const char* p = buffer.data();
+        const char* const end = p + got;
+        while (p < end) {
+            const auto* nl = static_cast<const char*>(std::memchr(p, '\n', std::size_t(end - p)));
+            const char* segmentEnd = nl ? nl : end;
+            const std::size_t length = std::size_t(segmentEnd - p);
+            if (!dropping) {
+                const std::size_t take = std::min(length, keep - lineBytes);
+                block->text.append(p, take);
+                lineBytes += take;
+                dropping = take < length;
+            }
+            if (!nl)
+                break;
+            block->text += '\n';
+            ++lineNo;
+            lineBytes = 0;
+            dropping = false;
+            p = nl + 1;
+            if (block->text.size() >= m_settings.blockBytes) {
+                submit(std::move(block));
+                block = newBlock(lineNo);
             }
         }
-        carry.append(line, end);
-        if (progress && bytes - lastProgress >= (8u << 20)) {
+        if (progress && bytes - lastProgress >= 8 * ReadChunkBytes) {
             progress(bytes);
             lastProgress = bytes;
         }
     }
-    if (!carry.empty())
-        handleLine(carry.data(), carry.data() + carry.size());
-    flush();
+    if (!result.readFailed && !result.writeFailed) {
+        if (lineBytes > 0 || dropping)
+            block->text += '\n'; // the last line had no line end
+        if (!block->text.empty())
+            submit(std::move(block));
+    }
+    while (!inFlight.empty())
+        emitFront();
+    {
+        std::lock_guard lock(mutex);
+        stopping = true;
+    }
+    jobReady.notify_all();
+    for (std::thread& thread : threads)
+        thread.join();
     if (progress)
         progress(bytes);
     return result;

@@ -1,6 +1,14 @@
 #include "CommandLine.h"
 
+#include "BatchFormat.h"
+#include "api/OrvGeoFactories.h"
+
+#include <string_view>
+
 namespace {
+
+// The most threads a batch run starts, whatever --threads says.
+constexpr int MaxThreads = 64;
 
 // -G:"name" arrives as -G:name (the shell or the starter removes the quotes); a name may
 // still carry them when the program is started without a shell.
@@ -10,12 +18,35 @@ QString Unquote(QString value) {
     return value;
 }
 
+// "--name value" or "--name=value"; false with a message when the value is missing.
+bool OptionValue(const QStringList& args, int& i, const QString& name, QString& value,
+                 bool& matched, QString& error) {
+    const QString& arg = args.at(i);
+    matched = false;
+    if (arg == name) {
+        matched = true;
+        if (i + 1 >= args.size()) {
+            error = QStringLiteral("%1 needs a value.").arg(name);
+            return false;
+        }
+        value = args.at(++i);
+        return true;
+    }
+    if (arg.startsWith(name + QLatin1Char('='))) {
+        matched = true;
+        value = arg.mid(name.size() + 1);
+    }
+    return true;
+}
+
 } // namespace
 
 bool ParseTerrameterArgs(const QStringList& args, TerrameterOptions& options, QString& error) {
     QStringList positional;
     for (int i = 1; i < args.size(); ++i) {
         const QString& arg = args.at(i);
+        QString value;
+        bool matched = false;
         if (arg.startsWith(u"-G:", Qt::CaseInsensitive)) {
             options.group = Unquote(arg.mid(3));
         } else if (arg.startsWith(u"-S:", Qt::CaseInsensitive)) {
@@ -24,18 +55,43 @@ bool ParseTerrameterArgs(const QStringList& args, TerrameterOptions& options, QS
             options.batch = true;
         } else if (arg == u"--inverse") {
             options.inverse = true;
-        } else if (arg == u"--data") {
-            if (i + 1 >= args.size()) {
-                error = QStringLiteral("--data needs a data source.");
-                return false;
-            }
-            options.dataSource = args.at(++i);
-            options.dataSourceSet = true;
-        } else if (arg.startsWith(u"--data=")) {
-            options.dataSource = arg.mid(7);
-            options.dataSourceSet = true;
+        } else if (arg == u"--header") {
+            options.header = TerrameterOptions::Header::Present;
+        } else if (arg == u"--no-header") {
+            options.header = TerrameterOptions::Header::Absent;
         } else if (arg == u"-h" || arg == u"--help") {
             options.help = true;
+        } else if (arg == u"--version") {
+            options.version = true;
+        } else if (!OptionValue(args, i, QStringLiteral("--data"), value, matched, error)) {
+            return false;
+        } else if (matched) {
+            options.dataSource = value;
+            options.dataSourceSet = true;
+        } else if (!OptionValue(args, i, QStringLiteral("--columns"), value, matched, error)) {
+            return false;
+        } else if (matched) {
+            options.columns = value;
+        } else if (!OptionValue(args, i, QStringLiteral("--separator"), value, matched, error)) {
+            return false;
+        } else if (matched) {
+            BatchFormat::Separator separator;
+            if (!BatchFormat::ParseSeparator(value, separator)) {
+                error = QStringLiteral("Unknown separator \"%1\": use comma, semicolon, tab or "
+                                       "space.")
+                            .arg(value);
+                return false;
+            }
+            options.separator = value;
+        } else if (!OptionValue(args, i, QStringLiteral("--threads"), value, matched, error)) {
+            return false;
+        } else if (matched) {
+            bool ok = false;
+            options.threads = value.toInt(&ok);
+            if (!ok || options.threads < 1 || options.threads > MaxThreads) {
+                error = QStringLiteral("--threads takes a number from 1 to %1.").arg(MaxThreads);
+                return false;
+            }
         } else if (arg == u"-" || !arg.startsWith(u"-")) {
             positional << arg;
         } else {
@@ -59,7 +115,57 @@ QString TerrameterUsage() {
         "Usage:\n"
         "  terrameter -G:\"group\" -S:\"system\" [--data <data source>]\n"
         "  terrameter --batch -G:\"group\" -S:\"system\" [--data <data source>] [--inverse]\n"
-        "             [in.csv|-] [out.csv|-]\n"
-        "Batch lines: latitude,longitude,height[,epoch] (or Easting,Northing,Z[,epoch] with\n"
-        "--inverse); lines starting with '#' and empty lines are copied.\n");
+        "             [--columns <spec>] [--header | --no-header] [--separator <name>]\n"
+        "             [--threads <n>] [in.csv|-] [out.csv|-]\n"
+        "  terrameter --help | --version\n"
+        "\n"
+        "Batch mode converts one point per line; the output has one row per input row.\n"
+        "  --columns <spec>   what each column holds, e.g. id,lat,lon,h,epoch: lat, lon, h\n"
+        "                     (WGS 84) or e, n, z (grid, converted back); epoch; id or - for\n"
+        "                     a column copied as it is. Default lat,lon,h (e,n,z with\n"
+        "                     --inverse); further columns are copied.\n"
+        "  --header           the first line names the columns (otherwise detected)\n"
+        "  --no-header        the first line holds data\n"
+        "  --separator <name> comma, semicolon, tab or space (otherwise detected)\n"
+        "  --threads <n>      conversion threads (default: one per core)\n"
+        "Angles: decimal degrees or degrees, minutes and seconds (52 30 15.5N, 52:30:15.5,\n"
+        "52°30'15.5\"N); longitudes from -360 to 360. Lines starting with '#' and empty lines\n"
+        "are copied. A line that fails keeps its row with '*' in its result columns and is\n"
+        "reported on standard error. Exit status: 0 all converted, 1 some lines failed, 2 not\n"
+        "run (the output file is then left as it was).\n");
+}
+
+QString TerrameterVersion() {
+    return QStringLiteral("terrameter %1\n").arg(QStringLiteral(ORV_VERSION));
+}
+
+bool AsksForHelpOrVersion(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view arg(argv[i]);
+        if (arg == "-h" || arg == "--help" || arg == "--version")
+            return true;
+    }
+    return false;
+}
+
+std::unique_ptr<OrvGeoCoordSysBase> OpenNamedSystem(const TerrameterOptions& options,
+                                                    QString& error) {
+    if (options.group.isEmpty() || options.system.isEmpty()) {
+        error = QStringLiteral("Name the coordinate system with -G:\"group\" -S:\"system\".");
+        return nullptr;
+    }
+    OrvGeoCoordSysList& list = OrvGeoCoordSysList::GetCoordSysList();
+    std::unique_ptr<OrvGeoCoordSysBase> cs(list.Create(options.dataSource));
+    if (!cs) {
+        error = QStringLiteral("The coordinate-system database cannot be opened: %1")
+                    .arg(list.LastError());
+        return nullptr;
+    }
+    const QString empty;
+    if (!cs->DefineSystem(options.group, options.system, empty, empty, empty, empty, empty, empty,
+                          QStringLiteral("none"))) {
+        error = cs->LastError();
+        return nullptr;
+    }
+    return cs;
 }

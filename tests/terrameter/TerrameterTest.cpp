@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -29,13 +30,14 @@ std::unique_ptr<OrvGeoCoordSysBase> Open(const TempDataFolder& folder) {
     return cs;
 }
 
-std::string RunBatch(OrvGeoCoordSysBase& cs, bool inverse, const std::string& input,
+std::string RunBatch(const std::vector<OrvGeoCoordSysBase*>& systems,
+                     const BatchConverter::Settings& settings, const std::string& input,
                      std::vector<std::pair<std::size_t, std::string>>& reports) {
     std::FILE* in = tmpfile();
     std::FILE* out = tmpfile();
     std::fwrite(input.data(), 1, input.size(), in);
     std::rewind(in);
-    BatchConverter(cs, inverse).Run(in, out, [&](std::size_t line, const std::string& why) {
+    BatchConverter(systems, settings).Run(in, out, [&](std::size_t line, const std::string& why) {
         reports.emplace_back(line, why);
     });
     std::string text(static_cast<std::size_t>(std::ftell(out)), '\0');
@@ -44,6 +46,14 @@ std::string RunBatch(OrvGeoCoordSysBase& cs, bool inverse, const std::string& in
     std::fclose(in);
     std::fclose(out);
     return text;
+}
+
+std::string RunBatch(OrvGeoCoordSysBase& cs, bool inverse, const std::string& input,
+                     std::vector<std::pair<std::size_t, std::string>>& reports) {
+    BatchConverter::Settings settings;
+    QString error;
+    EXPECT_TRUE(BatchFormat::ColumnSpec::Parse(QString(), inverse, settings.columns, error));
+    return RunBatch({&cs}, settings, input, reports);
 }
 
 } // namespace
@@ -68,21 +78,48 @@ TEST(TerrameterCommandLine, GroupSystemAndBatchOptions) {
                                      error)); // files only in batch mode
 }
 
-TEST(TerrameterBatch, ConvertsGoodLinesAndReportsBadOnes) {
+TEST(TerrameterBatch, ParallelBlocksWriteWhatOneThreadWrites) {
+    TempDataFolder folder;
+    auto one = Open(folder);
+    auto two = Open(folder);
+    ASSERT_TRUE(one && two);
+    // Many small blocks, bad lines spread over them.
+    std::string input = "# survey\n";
+    for (int i = 0; i < 3000; ++i) {
+        if (i % 97 == 5)
+            input += "P" + std::to_string(i) + ",95,4,1\n";
+        else
+            input += "P" + std::to_string(i) + "," + std::to_string(50 + (i % 300) * 0.01) + ",4," +
+                     std::to_string(i % 50) + "\n";
+    }
+    BatchConverter::Settings settings;
+    QString error;
+    ASSERT_TRUE(BatchFormat::ColumnSpec::Parse(QStringLiteral("id,lat,lon,h"), false,
+                                               settings.columns, error));
+    std::vector<std::pair<std::size_t, std::string>> single, parallel;
+    const std::string expected = RunBatch({one.get()}, settings, input, single);
+    settings.blockBytes = 512;
+    EXPECT_EQ(RunBatch({one.get(), two.get()}, settings, input, parallel), expected);
+    EXPECT_EQ(parallel, single);
+    ASSERT_EQ(single.size(), 31u);
+    EXPECT_EQ(single.front().first, 7u);
+    EXPECT_TRUE(std::is_sorted(parallel.begin(), parallel.end()));
+    EXPECT_EQ(std::count(expected.begin(), expected.end(), '\n'), 3001);
+}
+
+TEST(TerrameterBatch, QuotedFieldsAndCommentsPassThrough) {
     TempDataFolder folder;
     auto cs = Open(folder);
     ASSERT_TRUE(cs);
     std::vector<std::pair<std::size_t, std::string>> reports;
-    const std::string out = RunBatch(
-        *cs, false, "52,4,100\n# note\n\nnot,a,number\n95,3,1\n1,2\n40.5, 2.25 ,10", reports);
-    EXPECT_EQ(out, "568743.4339,5761720.7719,58.6553\n# note\n\n"
-                   "436541.9591,4483724.7681,-54.9221\n");
-    ASSERT_EQ(reports.size(), 3u);
-    EXPECT_EQ(reports[0].first, 4u);
-    // Unreadable lines are reported as they are read, points that fail when their block
-    // converts.
-    EXPECT_EQ(reports[1].first, 6u);
-    EXPECT_EQ(reports[2].first, 5u);
+    BatchConverter::Settings settings;
+    QString error;
+    ASSERT_TRUE(BatchFormat::ColumnSpec::Parse(QStringLiteral("id,lat,lon,h,-"), false,
+                                               settings.columns, error));
+    const std::string out =
+        RunBatch({cs.get()}, settings, "\"Harbour, pier 3\",52,4,100,\"a \"\"b\"\"\",x\n", reports);
+    EXPECT_EQ(out, "\"Harbour, pier 3\",568743.4339,5761720.7719,58.6553,\"a \"\"b\"\"\",x\n");
+    EXPECT_TRUE(reports.empty());
 }
 
 TEST(TerrameterBatch, InverseReturnsToTheStart) {
