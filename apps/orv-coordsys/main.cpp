@@ -8,6 +8,21 @@
 #include <QTextStream>
 
 #include <cstdio>
+#include <memory>
+
+namespace {
+
+// The usage and the version are answered without a window system.
+bool AsksForHelpOrVersion(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+        const QByteArray arg(argv[i]);
+        if (arg == "-h" || arg == "--help" || arg == "--help-all" || arg == "--version")
+            return true;
+    }
+    return false;
+}
+
+} // namespace
 
 int main(int argc, char** argv) {
     // Screenshots need no display: choose the offscreen platform before Qt starts, unless
@@ -17,27 +32,36 @@ int main(int argc, char** argv) {
             qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
 
-    QApplication app(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("orv-coordsys"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Coordinate System"));
+    const bool textOnly = AsksForHelpOrVersion(argc, argv);
+    std::unique_ptr<QCoreApplication> app;
+    if (textOnly)
+        app = std::make_unique<QCoreApplication>(argc, argv);
+    else
+        app = std::make_unique<QApplication>(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("orv-coordsys"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(ORV_VERSION));
+    if (!textOnly)
+        QApplication::setApplicationDisplayName(QStringLiteral("Coordinate System"));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Coordinate systems of the survey package: choose, create and edit them."));
     parser.addHelpOption();
+    parser.addVersionOption();
     QCommandLineOption screenshots(QStringLiteral("screenshots"),
                                    QStringLiteral("Render every dialog to PNG files in <folder> "
                                                   "(offscreen) and exit."),
                                    QStringLiteral("folder"));
+    // --data-source is the older spelling of --data.
     QCommandLineOption dataSource(
-        QStringLiteral("data-source"),
+        {QStringLiteral("data"), QStringLiteral("data-source")},
         QStringLiteral("Data source of the dialogs: empty for the default databases, "
                        "sqlite:<folder> for a user database in <folder>. Screenshots use a "
                        "fresh temporary folder unless this is given."),
         QStringLiteral("string"));
     parser.addOption(screenshots);
     parser.addOption(dataSource);
-    parser.process(app);
+    parser.process(*app);
 
     QTextStream err(stderr);
     QTextStream out(stdout);

@@ -1,5 +1,9 @@
 // orv-geodb: a command-line view of the coordinate-system database.
 
+#include "Catalog.h"
+#include "ReadOnlySource.h"
+#include "SystemExport.h"
+
 #include "api/OrvGeoFactories.h"
 #include "store/GeoStore.h"
 #include "store/StoreSql.h"
@@ -27,13 +31,25 @@ Commands:
   info projection <name>             a projection and its parameters
   info unit <name>                   a unit
   stats                              what each database holds
+  find <text>                        systems, ellipsoids, datum transformations, projections
+                                     and units whose name contains the text (case, blanks
+                                     and punctuation ignored) or whose EPSG code it is
+  list <kind>                        every entry of a kind: systems, ellipsoids, dtfs,
+                                     projections or units
+  export <group> <system> --format wkt2|projjson|proj
+                                     the system as WKT2 (2019), PROJJSON or the engine's
+                                     PROJ pipeline, for GDAL, QGIS, PDAL, PostGIS and PROJ
+
+Every command only reads: a user database that does not exist yet is not created.
 
 Options:
   --data <data-source>   "" (default): the installed system database and the user database in
                          the user's data folder; "sqlite:<folder>" keeps the user database in
                          <folder>; "sqlite:<folder>;system=<file>" also names the system database
   --scope <scope>        user, system or all (default all)
+  --format <format>      wkt2, projjson or proj (export)
   -h, --help             this text
+  --version              the program's version
 )";
 
 QTextStream& Out() {
@@ -170,14 +186,17 @@ int Count(QSqlDatabase db, const QString& sql) {
     return values.isEmpty() ? 0 : values.first().toInt();
 }
 
-int Stats(const GeoStore& store) {
+int Stats(const GeoStore& store, const ReadOnlySource& source) {
+    const QString userPath = source.userDatabaseExists() ? source.source().userDbPath
+                                                         : source.source().userDbPath +
+                                                               QStringLiteral(" (not created yet)");
     const struct {
         const char* label;
         QSqlDatabase db;
         QString path;
     } databases[] = {
         {"System database (pre-defined)", store.systemDb(), store.source().systemDbPath},
-        {"User database", store.userDb(), store.source().userDbPath},
+        {"User database", store.userDb(), userPath},
     };
     for (const auto& d : databases) {
         Out() << d.label << ": " << d.path << '\n';
@@ -200,6 +219,64 @@ int Stats(const GeoStore& store) {
     return ExitOk;
 }
 
+int Find(const GeoStore& store, const QString& text) {
+    if (Catalog::SearchKey(text).isEmpty())
+        return Fail(ExitUsage, QStringLiteral("\"find\" needs a name or an EPSG code."));
+    int total = 0;
+    for (const Catalog::Kind kind : Catalog::AllKinds()) {
+        QList<Catalog::Entry> entries;
+        QString error;
+        if (!Catalog::Load(store, kind, entries, error))
+            return Fail(ExitFailed, error);
+        const QList<Catalog::Entry> found = Catalog::Find(entries, text);
+        if (found.isEmpty())
+            continue;
+        Out() << (total > 0 ? "\n" : "") << Catalog::KindTitle(kind) << ": " << found.size() << '\n'
+              << Catalog::Table(kind, found);
+        total += int(found.size());
+    }
+    if (total == 0)
+        return Fail(ExitFailed, QStringLiteral("Nothing is named like \"%1\" or has it as its "
+                                               "EPSG code.")
+                                    .arg(text));
+    return ExitOk;
+}
+
+int List(const GeoStore& store, const QString& kindName) {
+    Catalog::Kind kind;
+    if (!Catalog::ParseKind(kindName, kind))
+        return Fail(ExitUsage, QStringLiteral("Unknown kind \"%1\": use systems, ellipsoids, "
+                                              "dtfs, projections or units.")
+                                   .arg(kindName));
+    QList<Catalog::Entry> entries;
+    QString error;
+    if (!Catalog::Load(store, kind, entries, error))
+        return Fail(ExitFailed, error);
+    Out() << Catalog::KindTitle(kind) << ": " << entries.size() << '\n'
+          << Catalog::Table(kind, entries);
+    return ExitOk;
+}
+
+int Export(const GeoStore& store, const ReadOnlySource& source, const QString& group,
+           const QString& system, const QString& formatName) {
+    SystemExport::Format format;
+    if (!SystemExport::ParseFormat(formatName, format))
+        return Fail(ExitUsage, formatName.isEmpty()
+                                   ? QStringLiteral("\"export\" needs --format wkt2, projjson or "
+                                                    "proj.")
+                                   : QStringLiteral("Unknown format \"%1\": use wkt2, projjson or "
+                                                    "proj.")
+                                         .arg(formatName));
+    QString text, error;
+    if (!SystemExport::ExportStored(store, source.source().dataFolder, group, system, format, text,
+                                    error))
+        return Fail(ExitFailed, error);
+    Out() << text;
+    if (!text.endsWith(QLatin1Char('\n')))
+        Out() << '\n';
+    return ExitOk;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -211,8 +288,11 @@ int main(int argc, char** argv) {
                                         QStringLiteral("data-source"));
     const QCommandLineOption scopeOption(QStringLiteral("scope"), QString(),
                                          QStringLiteral("scope"));
+    const QCommandLineOption formatOption(QStringLiteral("format"), QString(),
+                                          QStringLiteral("format"));
     const QCommandLineOption helpOption({QStringLiteral("h"), QStringLiteral("help")}, QString());
-    parser.addOptions({dataOption, scopeOption, helpOption});
+    const QCommandLineOption versionOption(QStringLiteral("version"), QString());
+    parser.addOptions({dataOption, scopeOption, formatOption, helpOption, versionOption});
     if (!parser.parse(QCoreApplication::arguments()))
         return Fail(ExitUsage, parser.errorText());
     const QStringList args = parser.positionalArguments();
@@ -220,12 +300,18 @@ int main(int argc, char** argv) {
         Out() << Usage;
         return ExitOk;
     }
+    if (parser.isSet(versionOption)) {
+        Out() << "orv-geodb " << ORV_VERSION << '\n';
+        return ExitOk;
+    }
     if (args.isEmpty())
         return Fail(ExitUsage, QStringLiteral("No command given."));
 
     const QString command = args.first();
     const QStringList commands{QStringLiteral("groups"), QStringLiteral("systems"),
-                               QStringLiteral("info"), QStringLiteral("stats")};
+                               QStringLiteral("info"),   QStringLiteral("stats"),
+                               QStringLiteral("find"),   QStringLiteral("list"),
+                               QStringLiteral("export")};
     if (!commands.contains(command))
         return Fail(ExitUsage, QStringLiteral("Unknown command \"%1\".").arg(command));
     if (parser.isSet(scopeOption) && command != QLatin1String("groups"))
@@ -237,14 +323,35 @@ int main(int argc, char** argv) {
         return Fail(ExitUsage, QStringLiteral("\"systems\" takes one group name."));
     if (command == QLatin1String("info") && args.size() < 2)
         return Fail(ExitUsage, QStringLiteral("\"info\" needs a kind and a name."));
+    if (command == QLatin1String("find") && args.size() != 2)
+        return Fail(ExitUsage, QStringLiteral("\"find\" takes one text (quote it when it has "
+                                              "blanks)."));
+    if (command == QLatin1String("list") && args.size() != 2)
+        return Fail(ExitUsage, QStringLiteral("\"list\" takes one kind: systems, ellipsoids, "
+                                              "dtfs, projections or units."));
+    if (command == QLatin1String("export") && args.size() != 3)
+        return Fail(ExitUsage, QStringLiteral("\"export\" takes a group and a system."));
+    if (parser.isSet(formatOption) && command != QLatin1String("export"))
+        return Fail(ExitUsage, QStringLiteral("--format belongs to the export command."));
 
-    const QString dataSource = parser.value(dataOption);
-    if (command == QLatin1String("stats")) {
+    // Every command only reads: a missing user database is not created.
+    const ReadOnlySource source(parser.value(dataOption));
+    if (!source.ok())
+        return Fail(ExitFailed, source.error());
+    const QString dataSource = source.dllType();
+    if (command == QLatin1String("stats") || command == QLatin1String("find") ||
+        command == QLatin1String("list") || command == QLatin1String("export")) {
         QString error;
         const std::unique_ptr<GeoStore> store = GeoStore::Open(dataSource, &error);
         if (!store)
             return Fail(ExitFailed, error);
-        return Stats(*store);
+        if (command == QLatin1String("find"))
+            return Find(*store, args[1]);
+        if (command == QLatin1String("list"))
+            return List(*store, args[1]);
+        if (command == QLatin1String("export"))
+            return Export(*store, source, args[1], args[2], parser.value(formatOption));
+        return Stats(*store, source);
     }
     auto& list = OrvGeoDatabaseBaseList::GetGeoDatabaseList();
     const std::unique_ptr<OrvGeoDatabaseBase> db(list.Create(dataSource));

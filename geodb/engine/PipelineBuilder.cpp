@@ -167,6 +167,17 @@ double LccConeConstant(double f, double lat1Deg, double lat2Deg) {
     return (std::log(m(p1)) - std::log(m(p2))) / (std::log(t(p1)) - std::log(t(p2)));
 }
 
+// Semi-major axis and inverse flattening of the ellipsoid the projection works on.
+void LocalEllipsoid(const SystemDefinition& def, double& a, double& rf) {
+    EllipsoidRecord ellipsoid = def.localEllipsoid;
+    if (ellipsoid.values[0] <= 0)
+        ellipsoid = def.satEllipsoid;
+    a = ellipsoid.values[0] > 0 ? ellipsoid.values[0] : 6378137.0;
+    rf = ellipsoid.values[0] > 0 ? ellipsoid.values[2] : 298.257223563;
+    if (rf <= 0 && ellipsoid.values[1] > 0 && ellipsoid.values[1] != a)
+        rf = a / (a - ellipsoid.values[1]);
+}
+
 } // namespace
 
 QString EllipsoidParams(const EllipsoidRecord& ellipsoid) {
@@ -218,12 +229,12 @@ int GeoidMethodIndex(const QString& name) {
     return -1;
 }
 
-bool ProjectionSteps(pj_ctx* ctx, const SystemDefinition& def, double lengthFactor,
-                     QStringList& steps, QString& error) {
+PJ* CreateConversion(pj_ctx* ctx, const SystemDefinition& def, double lengthFactor,
+                     QString& error) {
     const ProjectionRecord& prj = def.projection;
     if (prj.name.isEmpty() && prj.methodId == 0) {
         error = QStringLiteral("The system \"%1\" has no projection.").arg(def.system.name);
-        return false;
+        return nullptr;
     }
     const ProjectionMethods::Method* method = ProjectionMethods::ById(prj.methodId);
     const QString methodName =
@@ -233,29 +244,11 @@ bool ProjectionSteps(pj_ctx* ctx, const SystemDefinition& def, double lengthFact
                                "implemented.")
                     .arg(prj.name)
                     .arg(prj.epsgMethodCode);
-        return false;
+        return nullptr;
     }
 
-    EllipsoidRecord ellipsoid = def.localEllipsoid;
-    if (ellipsoid.values[0] <= 0)
-        ellipsoid = def.satEllipsoid;
-    const double a = ellipsoid.values[0] > 0 ? ellipsoid.values[0] : 6378137.0;
-    double rf = ellipsoid.values[0] > 0 ? ellipsoid.values[2] : 298.257223563;
-    if (rf <= 0 && ellipsoid.values[1] > 0 && ellipsoid.values[1] != a)
-        rf = a / (a - ellipsoid.values[1]);
-
-    // A base geographic system in radians, longitude first: PROJ then exports the
-    // projection alone.
-    PjPtr cs(proj_create_ellipsoidal_2D_cs(ctx, PJ_ELLPS2D_LONGITUDE_LATITUDE, "radian", 1.0));
-    const double pm = def.system.primeMeridian;
-    PjPtr geog(proj_create_geographic_crs(ctx, "local", "local datum", "local ellipsoid", a, rf,
-                                          pm == 0 ? "Greenwich" : "local meridian", pm, "degree",
-                                          DegreeInRadians, cs.get()));
-    if (!geog) {
-        error = QStringLiteral("The local ellipsoid of \"%1\" is not valid (%2).")
-                    .arg(def.system.name, ContextError(ctx));
-        return false;
-    }
+    double a = 0, rf = 0;
+    LocalEllipsoid(def, a, rf);
 
     PjPtr conversion;
     if (prj.methodId == ProjectionMethods::UtmId) {
@@ -263,7 +256,7 @@ bool ProjectionSteps(pj_ctx* ctx, const SystemDefinition& def, double lengthFact
         bool north = true;
         if (!UtmZone(def, zone, north)) {
             error = QStringLiteral("The UTM projection \"%1\" has no valid zone.").arg(prj.name);
-            return false;
+            return nullptr;
         }
         conversion.reset(proj_create_conversion_utm(ctx, zone, north ? 1 : 0));
     } else {
@@ -273,7 +266,7 @@ bool ProjectionSteps(pj_ctx* ctx, const SystemDefinition& def, double lengthFact
         if (methodCode == 0) {
             error =
                 QStringLiteral("The projection method \"%1\" is not implemented.").arg(methodName);
-            return false;
+            return nullptr;
         }
         // Lambert Conic Conformal (2SP Belgium) turns the cone by a = 29.2985" about its
         // apex: theta - a = n (lambda - (lambdaF + a / n)). PROJ maps the method to the plain
@@ -287,7 +280,7 @@ bool ProjectionSteps(pj_ctx* ctx, const SystemDefinition& def, double lengthFact
             if (n == 0 || !std::isfinite(n)) {
                 error = QStringLiteral("The projection \"%1\" has no valid standard parallels.")
                             .arg(prj.name);
-                return false;
+                return nullptr;
             }
             belgianShift = 29.2985 / 3600.0 / n;
             methodCode = 9802;
@@ -332,15 +325,44 @@ bool ProjectionSteps(pj_ctx* ctx, const SystemDefinition& def, double lengthFact
             params.push_back(d);
         }
         const QByteArray code = QByteArray::number(methodCode);
-        conversion.reset(proj_create_conversion(ctx, "projection", nullptr, nullptr, "", "EPSG",
+        const QByteArray name = prj.name.isEmpty() ? QByteArray("projection") : prj.name.toUtf8();
+        conversion.reset(proj_create_conversion(ctx, name.constData(), nullptr, nullptr, "", "EPSG",
                                                 code.constData(), static_cast<int>(params.size()),
                                                 params.data()));
     }
     if (!conversion) {
         error = QStringLiteral("The projection \"%1\" cannot be set up: %2")
                     .arg(prj.name, ContextError(ctx));
+        return nullptr;
+    }
+    return conversion.release();
+}
+
+bool ProjectionSteps(pj_ctx* ctx, const SystemDefinition& def, double lengthFactor,
+                     QStringList& steps, QString& error) {
+    const ProjectionRecord& prj = def.projection;
+    const ProjectionMethods::Method* method = ProjectionMethods::ById(prj.methodId);
+    const QString methodName =
+        method ? QString::fromUtf8(method->name) : QStringLiteral("method %1").arg(prj.methodId);
+    PjPtr conversion(CreateConversion(ctx, def, lengthFactor, error));
+    if (!conversion)
+        return false;
+    double a = 0, rf = 0;
+    LocalEllipsoid(def, a, rf);
+
+    // A base geographic system in radians, longitude first: PROJ then exports the
+    // projection alone.
+    PjPtr cs(proj_create_ellipsoidal_2D_cs(ctx, PJ_ELLPS2D_LONGITUDE_LATITUDE, "radian", 1.0));
+    const double pm = def.system.primeMeridian;
+    PjPtr geog(proj_create_geographic_crs(ctx, "local", "local datum", "local ellipsoid", a, rf,
+                                          pm == 0 ? "Greenwich" : "local meridian", pm, "degree",
+                                          DegreeInRadians, cs.get()));
+    if (!geog) {
+        error = QStringLiteral("The local ellipsoid of \"%1\" is not valid (%2).")
+                    .arg(def.system.name, ContextError(ctx));
         return false;
     }
+
     PjPtr cartesian(proj_create_cartesian_2D_cs(ctx, PJ_CART2D_EASTING_NORTHING, "metre", 1.0));
     PjPtr projected(
         proj_create_projected_crs(ctx, "system", geog.get(), conversion.get(), cartesian.get()));

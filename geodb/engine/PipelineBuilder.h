@@ -6,6 +6,7 @@
 #include <QStringList>
 
 struct pj_ctx;
+struct PJconsts;
 
 // Builds the one PROJ pipeline of a coordinate system (see docs/engine.md):
 //   WGS 84 lat, lon, h (and time)
@@ -40,6 +41,12 @@ QString EllipsoidParams(const EllipsoidRecord& ellipsoid);
 // The projection steps (radians in, metres out), on the local ellipsoid and prime meridian.
 bool ProjectionSteps(pj_ctx* ctx, const SystemDefinition& def, double lengthFactor,
                      QStringList& steps, QString& error);
+
+// The projection of a system as a PROJ conversion object (owned by the caller), lengths in
+// metres: what ProjectionSteps computes, for callers that build a CRS of the system. Null
+// with the reason when the projection cannot be set up.
+PJconsts* CreateConversion(pj_ctx* ctx, const SystemDefinition& def, double lengthFactor,
+                           QString& error);
 
 // Index of a geoid or post method name in GeoidmodelTypeKeys (case-insensitive); 0 for an
 // empty name or "--None--", -1 for an unknown name.

@@ -1,6 +1,8 @@
-# Runs orv-geodb on the generated system database and an empty user database in a scratch
-# folder: `stats` must show the expected amount of pre-defined data, and bad arguments or
-# unknown names must fail with a message. Called by ctest with -DORV_GEODB=... -DSCRATCH=...
+# Runs orv-geodb on the generated system database and a scratch folder without a user
+# database: `stats` must show the expected amount of pre-defined data, `find` must find
+# systems by name fragment and EPSG code, `export` must write a WKT2 that projinfo reads, no
+# command may create a database file, and bad arguments or unknown names must fail with a
+# message. Called by ctest with -DORV_GEODB=... -DSCRATCH=...
 file(REMOVE_RECURSE ${SCRATCH})
 file(MAKE_DIRECTORY ${SCRATCH})
 set(data "sqlite:${SCRATCH}")
@@ -41,9 +43,49 @@ expect_failure(1 "no group" systems "No such group")
 expect_failure(1 "" info ellipsoid "No such ellipsoid")
 expect_failure(2 "" info)
 
+expect_failure(2 "Unknown kind" list geoids)
+expect_failure(2 "needs --format" export Europe "ED50 / UTM zone 31N")
+expect_failure(2 "Unknown format" export Europe "ED50 / UTM zone 31N" --format gml)
+expect_failure(1 "No such system" export Europe "No such system" --format wkt2)
+expect_failure(1 "Nothing is named like" find "no such thing at all")
+
 execute_process(COMMAND ${ORV_GEODB} --data ${data} groups
     RESULT_VARIABLE rc OUTPUT_VARIABLE out)
 if(NOT rc EQUAL 0 OR NOT out MATCHES "Germany")
     message(FATAL_ERROR "orv-geodb groups: exit ${rc}\n${out}")
+endif()
+
+function(expect_output expected)
+    execute_process(COMMAND ${ORV_GEODB} --data ${data} ${ARGN}
+        RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
+    if(NOT rc EQUAL 0 OR NOT out MATCHES "${expected}")
+        message(FATAL_ERROR "orv-geodb ${ARGN}: exit ${rc}, stderr '${err}'\n${out}")
+    endif()
+    set(output "${out}" PARENT_SCOPE)
+endfunction()
+expect_output("OSGB36 / British National Grid +UK +27700" find 27700)
+expect_output("Amersfoort / RD New +Netherlands +28992" find "rd new")
+expect_output("Units: [0-9]+" list units)
+expect_output("BOUNDCRS" export UK "OSGB36 / British National Grid" --format wkt2)
+set(wkt "${output}")
+expect_output("\"type\": \"BoundCRS\"" export UK "OSGB36 / British National Grid"
+    --format projjson)
+expect_output("^\\+proj=pipeline .*\\+proj=tmerc" export UK "OSGB36 / British National Grid"
+    --format proj)
+
+# No command created a database (or anything else) in the data folder.
+file(GLOB_RECURSE created ${SCRATCH}/*)
+if(created)
+    message(FATAL_ERROR "read-only commands created files: ${created}")
+endif()
+
+# The exported WKT2 imports in projinfo.
+find_program(PROJINFO projinfo)
+if(PROJINFO)
+    execute_process(COMMAND ${PROJINFO} "${wkt}" -o PROJ -q
+        RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
+    if(NOT rc EQUAL 0 OR NOT out MATCHES "tmerc")
+        message(FATAL_ERROR "projinfo does not read the exported WKT2 (${rc}): ${err}\n${out}")
+    endif()
 endif()
 file(REMOVE_RECURSE ${SCRATCH})

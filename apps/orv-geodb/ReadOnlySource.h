@@ -1,0 +1,34 @@
+#pragma once
+
+#include "store/DataSource.h"
+
+#include <QString>
+#include <QTemporaryDir>
+
+#include <optional>
+
+// A data source opened only to read. Opening a data source creates its user database when
+// it is missing; reading must leave no file behind, so a missing user database is read as
+// an empty one kept in a temporary folder (removed with this object) next to the same
+// system database.
+class ReadOnlySource {
+public:
+    explicit ReadOnlySource(const QString& dllType);
+
+    // False, with error() set, when the data source is unknown.
+    bool ok() const { return m_ok; }
+    // The string to open.
+    QString dllType() const { return m_dllType; }
+    QString error() const { return m_error; }
+    // What the data source names, whether or not its user database exists.
+    const DataSource& source() const { return *m_source; }
+    bool userDatabaseExists() const { return m_userExists; }
+
+private:
+    std::optional<DataSource> m_source;
+    QTemporaryDir m_scratch;
+    QString m_dllType;
+    QString m_error;
+    bool m_userExists = false;
+    bool m_ok = false;
+};
