@@ -1,15 +1,23 @@
 // Throughput of a created coordinate system (7-value Helmert + Transverse Mercator + EGM96
 // geoid grid) against a bare PROJ pipeline of the same steps, 1,000,000 points each, and
-// terrameter --batch against cs2cs on the same 1,000,000-line file.
+// terrameter --batch against cs2cs on the same 1,000,000-line file, cs2cs pinned to the
+// stored system's own computation (its PROJJSON export), both in the same run.
 //
 //   bench_engine_throughput [--no-programs] [google benchmark options]
 //
-// The ratio line is the figure to watch: engine throughput / PROJ throughput (target >= 0.95).
+// The figures to watch: engine throughput / PROJ throughput (target >= 0.95), terrameter
+// --batch with both cores against cs2cs (target >= 4, identical numbers).
+#include "SystemExport.h"
+
 #include "engine/GeoCoordSys.h"
+#include "store/GeoStore.h"
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
+#include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
@@ -20,7 +28,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
+#include <memory>
+#include <thread>
 #include <vector>
+
+#include <sys/resource.h>
 
 namespace {
 
@@ -124,18 +137,34 @@ void BM_BareProjPipeline(benchmark::State& state) {
 }
 BENCHMARK(BM_BareProjPipeline)->Unit(benchmark::kMillisecond);
 
+// The best CPU time of a few runs of single-threaded work: other load on the machine does
+// not count.
 template <typename F> double BestSeconds(int runs, F&& f) {
     double best = 1e300;
     for (int i = 0; i < runs; ++i) {
-        const auto start = std::chrono::steady_clock::now();
+        const std::clock_t start = std::clock();
         f();
-        best = std::min(
-            best, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+        best = std::min(best, double(std::clock() - start) / CLOCKS_PER_SEC);
     }
     return best;
 }
 
-void CompareInOneRun() {
+// The best CPU time of the calling thread over a few runs.
+template <typename F> double ThreadBestSeconds(int runs, F&& f) {
+    double best = 1e300;
+    for (int i = 0; i < runs; ++i) {
+        timespec start{}, end{};
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &start);
+        f();
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &end);
+        best = std::min(best, double(end.tv_sec - start.tv_sec) +
+                                  double(end.tv_nsec - start.tv_nsec) * 1e-9);
+    }
+    return best;
+}
+
+// The engine against the bare pipeline; returns the bare pipeline's best time.
+double CompareInOneRun() {
     const std::vector<GeoPoint> input = Points();
     std::vector<GeoPoint> a = input, b = input;
     std::vector<char> ok(PointCount);
@@ -157,46 +186,223 @@ void CompareInOneRun() {
     std::printf("engine:   %.0f points/s\nbare PROJ: %.0f points/s\nratio (engine/PROJ "
                 "throughput): %.3f (target >= 0.95); largest difference %.2e\n",
                 PointCount / engine, PointCount / bare, bare / engine, worst);
+
+    // Both cores: one engine object (and PROJ context) per thread, as terrameter --batch
+    // converts. Each thread's CPU time against the bare pipeline's on one core.
+    constexpr int Threads = 2;
+    std::vector<double> cpu(Threads, 1e300);
+    const auto wallStart = std::chrono::steady_clock::now();
+    std::vector<std::thread> threads;
+    for (int t = 0; t < Threads; ++t) {
+        threads.emplace_back([&, t] {
+            GeoCoordSys cs;
+            if (!cs.Define(BenchSystem()))
+                return;
+            std::vector<GeoPoint> points;
+            std::vector<char> flags(PointCount);
+            cpu[t] = ThreadBestSeconds(3, [&] {
+                points = input;
+                cs.ForwardArray(points.data(), reinterpret_cast<bool*>(flags.data()),
+                                points.size());
+            });
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    const double wall =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - wallStart).count();
+    const double slowest = *std::max_element(cpu.begin(), cpu.end());
+    std::printf("engine on %d threads: %.0f points/s per thread = %.3f of bare PROJ on one core "
+                "(target >= 0.95); %.0f points/s together (wall time)\n",
+                Threads, PointCount / slowest, bare / slowest, 3.0 * Threads * PointCount / wall);
+    return bare;
 }
 
-// terrameter --batch against cs2cs on the same 1,000,000 points.
+struct ProgramRun {
+    double seconds = -1;   // wall time; negative when the program failed
+    double cpuSeconds = 0; // user and system time
+    long peakKib = 0;      // largest resident set seen
+};
+
+double ChildCpuSeconds() {
+    rusage usage{};
+    getrusage(RUSAGE_CHILDREN, &usage);
+    return double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+           double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) * 1e-6;
+}
+
+// The peak resident set of a running process (VmHWM), 0 when it cannot be read.
+long PeakKib(qint64 pid) {
+    QFile status(QStringLiteral("/proc/%1/status").arg(pid));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray& line : status.readAll().split('\n')) {
+        if (line.startsWith("VmHWM:"))
+            return line.mid(6).trimmed().split(' ').value(0).toLong();
+    }
+    return 0;
+}
+
+// Runs a program with standard input and output on files.
+ProgramRun RunProgram(const QString& program, const QStringList& args, const QString& in,
+                      const QString& out) {
+    constexpr int PollMs = 20;
+    QProcess process;
+    process.setProgram(program);
+    process.setArguments(args);
+    process.setStandardInputFile(in);
+    process.setStandardOutputFile(out);
+    process.setStandardErrorFile(QProcess::nullDevice());
+    ProgramRun run;
+    const double cpu = ChildCpuSeconds();
+    const auto start = std::chrono::steady_clock::now();
+    process.start();
+    if (!process.waitForStarted(-1))
+        return run;
+    while (!process.waitForFinished(PollMs))
+        run.peakKib = std::max(run.peakKib, PeakKib(process.processId()));
+    const double seconds =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    run.cpuSeconds = ChildCpuSeconds() - cpu;
+    if (process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0)
+        run.seconds = seconds;
+    return run;
+}
+
+// Lines whose numbers differ between two outputs (fields split at blanks and tabs).
+std::size_t DifferentLines(const QString& a, const QString& b, std::size_t& lines) {
+    QFile fa(a), fb(b);
+    lines = 0;
+    if (!fa.open(QIODevice::ReadOnly) || !fb.open(QIODevice::ReadOnly))
+        return std::size_t(-1);
+    std::size_t differ = 0;
+    static const QRegularExpression blanks(QStringLiteral("[ \t]+"));
+    while (!fa.atEnd() || !fb.atEnd()) {
+        const QStringList x = QString::fromLatin1(fa.readLine().trimmed()).split(blanks);
+        const QStringList y = QString::fromLatin1(fb.readLine().trimmed()).split(blanks);
+        ++lines;
+        differ += x != y;
+    }
+    return differ;
+}
+
+// terrameter --batch against cs2cs on the same 1,000,000 lines, in this run. cs2cs is pinned
+// to the system's own computation: its target is the system as orv-geodb exports it (PROJJSON,
+// three-dimensional, bound to WGS 84 by the system's datum transformation), so both compute
+// the same thing, and the numbers are compared line by line.
 void ComparePrograms(const char* argv0) {
-    const QString terrameter =
-        qEnvironmentVariable("TERRAMETER", QFileInfo(QString::fromLocal8Bit(argv0)).absolutePath() +
-                                               QStringLiteral("/../apps/terrameter/terrameter"));
+    const QString buildDir =
+        QFileInfo(QString::fromLocal8Bit(argv0)).absolutePath() + QStringLiteral("/..");
+    const QString terrameter = qEnvironmentVariable(
+        "TERRAMETER", buildDir + QStringLiteral("/apps/terrameter/terrameter"));
     if (!QFileInfo::exists(terrameter) || std::system("command -v cs2cs > /dev/null") != 0) {
         std::printf("terrameter (%s) or cs2cs not found: program timing skipped\n",
                     terrameter.toLocal8Bit().constData());
         return;
     }
     QTemporaryDir dir;
-    const QString csv = dir.filePath(QStringLiteral("points.csv"));
-    const QString txt = dir.filePath(QStringLiteral("points.txt"));
+    const QString data = QStringLiteral("sqlite:") + dir.path();
+    const QString group = QStringLiteral("Europe"), system = QStringLiteral("ED50 / UTM zone 31N");
+    QString target, error;
     {
-        std::FILE* c = std::fopen(csv.toLocal8Bit().constData(), "wb");
-        std::FILE* t = std::fopen(txt.toLocal8Bit().constData(), "wb");
-        for (const GeoPoint& p : Points()) {
-            std::fprintf(c, "%.9f,%.9f,%.3f\n", p.x, p.y, p.z);
-            std::fprintf(t, "%.9f %.9f %.3f\n", p.x, p.y, p.z);
+        const std::unique_ptr<GeoStore> store = GeoStore::Open(data, &error);
+        if (!store || !SystemExport::ExportStored(*store, dir.path(), group, system,
+                                                  SystemExport::Format::ProjJson, target, error)) {
+            std::printf("%s cannot be exported: %s\n", system.toLocal8Bit().constData(),
+                        error.toLocal8Bit().constData());
+            return;
         }
-        std::fclose(c);
-        std::fclose(t);
     }
-    // The same system: ED50 / UTM zone 31N of the pre-defined data, PROJ's choice of the
-    // ED50 transformation for cs2cs.
-    const QByteArray ours =
-        QStringLiteral("\"%1\" --batch -G:Europe \"-S:ED50 / UTM zone 31N\" \"%2\" > /dev/null")
-            .arg(terrameter, csv)
-            .toLocal8Bit();
-    const QByteArray theirs =
-        QStringLiteral("cs2cs -f %.4f EPSG:4326 EPSG:23031 < \"%1\" > /dev/null")
-            .arg(txt)
-            .toLocal8Bit();
-    const double t1 = BestSeconds(3, [&] { (void)std::system(ours.constData()); });
-    const double t2 = BestSeconds(3, [&] { (void)std::system(theirs.constData()); });
-    std::printf("terrameter --batch: %.2f s, cs2cs: %.2f s for %zu lines (terrameter %.1fx "
-                "as fast; target > 1)\n",
-                t1, t2, PointCount, t2 / t1);
+    // The stored system's own pipeline, bare, on one core: what the batch's conversion costs.
+    QString pipeline;
+    double systemBare = 0;
+    {
+        const std::unique_ptr<GeoStore> store = GeoStore::Open(data, &error);
+        if (store)
+            SystemExport::ExportStored(*store, dir.path(), group, system,
+                                       SystemExport::Format::Proj, pipeline, error);
+        PJ* pj = proj_create(PJ_DEFAULT_CTX, pipeline.toUtf8().constData());
+        if (!pj) {
+            std::printf("the pipeline of %s cannot be set up\n", system.toLocal8Bit().constData());
+            return;
+        }
+        const std::vector<GeoPoint> input = Points();
+        std::vector<GeoPoint> work;
+        systemBare = BestSeconds(3, [&] {
+            work = input;
+            proj_trans_generic(pj, PJ_FWD, &work[0].x, sizeof(GeoPoint), work.size(), &work[0].y,
+                               sizeof(GeoPoint), work.size(), &work[0].z, sizeof(GeoPoint),
+                               work.size(), nullptr, 0, 0);
+        });
+        proj_destroy(pj);
+    }
+    // One input for both: latitude, longitude, height separated by blanks.
+    const QString points = dir.filePath(QStringLiteral("points.txt"));
+    const QString small = dir.filePath(QStringLiteral("small.txt"));
+    {
+        std::FILE* t = std::fopen(points.toLocal8Bit().constData(), "wb");
+        std::FILE* s = std::fopen(small.toLocal8Bit().constData(), "wb");
+        std::size_t i = 0;
+        for (const GeoPoint& p : Points()) {
+            std::fprintf(t, "%.9f %.9f %.3f\n", p.x, p.y, p.z);
+            if (i++ < PointCount / 10)
+                std::fprintf(s, "%.9f %.9f %.3f\n", p.x, p.y, p.z);
+        }
+        std::fclose(t);
+        std::fclose(s);
+    }
+    const QString ours = dir.filePath(QStringLiteral("terrameter.out"));
+    const QString theirs = dir.filePath(QStringLiteral("cs2cs.out"));
+    const QStringList batch{QStringLiteral("--batch"), QStringLiteral("-G:") + group,
+                            QStringLiteral("-S:") + system, QStringLiteral("--data"), data};
+    const QStringList cs2cs{QStringLiteral("--3d"), QStringLiteral("-f"), QStringLiteral("%.4f"),
+                            QStringLiteral("EPSG:4979"), target};
+    // Memory for a tenth of the lines and for all of them: flat when they are alike.
+    const long smallPeak = RunProgram(terrameter, batch, small, ours).peakKib;
+    constexpr int Runs = 3;
+    ProgramRun two, one, reference;
+    auto best = [](ProgramRun& best, const ProgramRun& run) {
+        if (run.seconds < 0 || (best.seconds >= 0 && best.seconds <= run.seconds))
+            return run.seconds >= 0;
+        best = run;
+        return true;
+    };
+    bool ok = true;
+    for (int run = 0; run < Runs; ++run) {
+        ok = best(two,
+                  RunProgram(terrameter,
+                             batch + QStringList{QStringLiteral("--threads"), QStringLiteral("2")},
+                             points, ours)) &&
+             ok;
+        ok = best(one,
+                  RunProgram(terrameter,
+                             batch + QStringList{QStringLiteral("--threads"), QStringLiteral("1")},
+                             points, ours)) &&
+             ok;
+        ok = best(reference, RunProgram(QStringLiteral("cs2cs"), cs2cs, points, theirs)) && ok;
+    }
+    if (!ok) {
+        std::printf("terrameter or cs2cs failed: program timing skipped\n");
+        return;
+    }
+    std::size_t lines = 0;
+    const std::size_t differ = DifferentLines(ours, theirs, lines);
+    const QByteArray numbers =
+        differ == 0 ? QByteArray("identical on every line")
+                    : QStringLiteral("%1 of %2 lines differ").arg(differ).arg(lines).toLocal8Bit();
+    std::printf(
+        "%zu lines, wall time (CPU time): terrameter --batch %.2f s (%.2f s) with 2 threads, "
+        "%.2f s (%.2f s) with 1; cs2cs pinned to the system's pipeline %.2f s (%.2f s)\n"
+        "terrameter --batch with both cores %.1fx as fast as cs2cs (target >= 4); "
+        "%.1fx in CPU time per line; numbers: %s\n"
+        "terrameter --batch per core, reading and writing text: %.0f lines/s of CPU time = "
+        "%.2f of the system's bare PROJ pipeline (%.0f points/s in memory)\n"
+        "terrameter peak memory: %ld KiB for %zu lines, %ld KiB for %zu\n",
+        PointCount, two.seconds, two.cpuSeconds, one.seconds, one.cpuSeconds, reference.seconds,
+        reference.cpuSeconds, reference.seconds / two.seconds,
+        reference.cpuSeconds / one.cpuSeconds, numbers.constData(), PointCount / one.cpuSeconds,
+        systemBare / one.cpuSeconds, PointCount / systemBare, smallPeak, PointCount / 10,
+        std::max(two.peakKib, one.peakKib), PointCount);
 }
 
 } // namespace
