@@ -6,15 +6,29 @@
 #include <QLineEdit>
 #include <QWidget>
 
+// What the window tells about the system beside its fields.
+struct SystemFacts {
+    QString unit;     // E, N and Z: the unit's suffix ("m", "ftUS")
+    QString unitName; // its name ("US survey foot")
+    QString zMeaning; // what Z is: the height above which surface
+    bool timeDependent = false;
+    QString defaultEpoch; // the epoch an empty field stands for, "%.3f"; empty: none
+};
+
+// The facts of a defined system (the engine's definition).
+SystemFacts DescribeSystem(const OrvGeoCoordSysBase& cs);
+
 // The calculator window: WGS 84 latitude, longitude, height (and the epoch for a
 // time-dependent datum transformation) on the left, Easting, Northing, Z on the right;
-// typing on one side converts to the other.
+// typing on one side converts to the other. Every field shows its unit; latitude and
+// longitude are also shown in degrees, minutes and seconds with their hemisphere. A bad
+// entry clears the other side, so no old result stands next to an error.
 class TerrameterWindow : public QWidget {
     Q_OBJECT
 public:
     // cs stays owned by the caller and must outlive the window.
     TerrameterWindow(OrvGeoCoordSysBase& cs, const QString& group, const QString& system,
-                     bool timeDependent, QWidget* parent = nullptr);
+                     const SystemFacts& facts, QWidget* parent = nullptr);
 
     QLineEdit* latitudeEdit() const { return m_lat; }
     QLineEdit* longitudeEdit() const { return m_lon; }
@@ -28,7 +42,10 @@ public:
 private:
     void ConvertForward();
     void ConvertInverse();
-    bool ReadEpoch(double& epoch);
+    bool ReadEpoch(double& epoch, QString& why) const;
+    void ShowAngles(double lat, double lon);
+    void ClearGrid(const QString& why);
+    void ClearWgs84(const QString& why);
 
     OrvGeoCoordSysBase& m_cs;
     QLineEdit* m_lat;
@@ -38,5 +55,8 @@ private:
     QLineEdit* m_e;
     QLineEdit* m_n;
     QLineEdit* m_z;
+    QLabel* m_latDms;
+    QLabel* m_lonDms;
     QLabel* m_status;
+    bool m_timeDependent;
 };

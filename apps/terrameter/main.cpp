@@ -3,8 +3,6 @@
 #include "CommandLine.h"
 #include "TerrameterWindow.h"
 
-#include "engine/GeoCoordSys.h"
-
 #include <QApplication>
 #include <QCoreApplication>
 #include <QMessageBox>
@@ -56,9 +54,7 @@ int main(int argc, char** argv) {
     std::unique_ptr<OrvGeoCoordSysBase> cs = OpenNamedSystem(options, error);
     if (!cs)
         return Fail(error, true);
-    const auto* engine = dynamic_cast<const GeoCoordSys*>(cs.get());
-    TerrameterWindow window(*cs, options.group, options.system,
-                            engine && engine->IsTimeDependent());
+    TerrameterWindow window(*cs, options.group, options.system, DescribeSystem(*cs));
     window.show();
     return app->exec();
 }

@@ -6,6 +6,7 @@
 #include "api/OrvGeoFactories.h"
 #include "support/TempDataFolder.h"
 
+#include <QLabel>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -14,6 +15,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -21,13 +23,26 @@ namespace {
 const QString Group = QStringLiteral("Europe");
 const QString System = QStringLiteral("ED50 / UTM zone 31N");
 
-std::unique_ptr<OrvGeoCoordSysBase> Open(const TempDataFolder& folder) {
+std::unique_ptr<OrvGeoCoordSysBase> Open(const TempDataFolder& folder, const QString& group = Group,
+                                         const QString& system = System,
+                                         const QString& geoid = QString()) {
     std::unique_ptr<OrvGeoCoordSysBase> cs(
         OrvGeoCoordSysList::GetCoordSysList().Create(folder.dllType()));
     const QString e;
-    if (cs && !cs->DefineSystem(Group, System, e, e, e, e, e, e, QStringLiteral("none")))
+    if (cs && !cs->DefineSystem(group, system, geoid, e, e, e, e, e, QStringLiteral("none")))
         cs.reset();
     return cs;
+}
+
+// Types text into an edit as the user does.
+void Type(QLineEdit* edit, const QString& text) {
+    edit->setText(text);
+    emit edit->textEdited(text);
+}
+
+QString LabelText(const QWidget& window, const char* name) {
+    const auto* label = window.findChild<QLabel*>(QString::fromLatin1(name));
+    return label ? label->text() : QStringLiteral("<no label %1>").arg(QLatin1String(name));
 }
 
 std::string RunBatch(const std::vector<OrvGeoCoordSysBase*>& systems,
@@ -136,7 +151,7 @@ TEST(TerrameterWindow, ConvertsBothWaysAsTheUserTypes) {
     TempDataFolder folder;
     auto cs = Open(folder);
     ASSERT_TRUE(cs);
-    TerrameterWindow window(*cs, Group, System, false);
+    TerrameterWindow window(*cs, Group, System, DescribeSystem(*cs));
     window.show();
     EXPECT_FALSE(window.epochEdit()->isVisible());
     window.latitudeEdit()->setText(QStringLiteral("52"));
@@ -154,4 +169,137 @@ TEST(TerrameterWindow, ConvertsBothWaysAsTheUserTypes) {
     emit window.latitudeEdit()->textEdited(window.latitudeEdit()->text());
     EXPECT_TRUE(window.eastingEdit()->text().isEmpty());
     EXPECT_FALSE(window.statusText().isEmpty());
+}
+
+TEST(TerrameterWindow, ABadEntryClearsTheResults) {
+    TempDataFolder folder;
+    auto cs = Open(folder);
+    ASSERT_TRUE(cs);
+    TerrameterWindow window(*cs, Group, System, DescribeSystem(*cs));
+    Type(window.latitudeEdit(), QStringLiteral("52"));
+    Type(window.longitudeEdit(), QStringLiteral("4"));
+    Type(window.heightEdit(), QStringLiteral("100"));
+    ASSERT_EQ(window.eastingEdit()->text(), QStringLiteral("568743.4339"));
+    for (const auto& [edit, text] : {std::pair{window.latitudeEdit(), QStringLiteral("52x")},
+                                     std::pair{window.longitudeEdit(), QStringLiteral("361")},
+                                     std::pair{window.heightEdit(), QStringLiteral("high")},
+                                     std::pair{window.latitudeEdit(), QString()}}) {
+        Type(edit, text);
+        EXPECT_TRUE(window.eastingEdit()->text().isEmpty()) << text.toStdString();
+        EXPECT_TRUE(window.northingEdit()->text().isEmpty()) << text.toStdString();
+        EXPECT_TRUE(window.zEdit()->text().isEmpty()) << text.toStdString();
+        EXPECT_FALSE(window.statusText().isEmpty()) << text.toStdString();
+        // Back to a good entry.
+        Type(window.latitudeEdit(), QStringLiteral("52"));
+        Type(window.longitudeEdit(), QStringLiteral("4"));
+        Type(window.heightEdit(), QStringLiteral("100"));
+        ASSERT_EQ(window.eastingEdit()->text(), QStringLiteral("568743.4339"));
+        EXPECT_TRUE(window.statusText().isEmpty());
+    }
+    EXPECT_TRUE(LabelText(window, "latitudeDmsLabel").startsWith(u"52"));
+
+    // The other way round: an unreadable Easting clears latitude, longitude and height.
+    Type(window.eastingEdit(), QStringLiteral("568743.4339"));
+    ASSERT_FALSE(window.latitudeEdit()->text().isEmpty());
+    Type(window.eastingEdit(), QStringLiteral("east"));
+    EXPECT_TRUE(window.latitudeEdit()->text().isEmpty());
+    EXPECT_TRUE(window.longitudeEdit()->text().isEmpty());
+    EXPECT_TRUE(window.heightEdit()->text().isEmpty());
+    EXPECT_TRUE(LabelText(window, "latitudeDmsLabel").isEmpty());
+    EXPECT_TRUE(window.statusText().contains(QStringLiteral("\"east\"")));
+}
+
+TEST(TerrameterWindow, LongitudesFollowTheBatchRule) {
+    TempDataFolder folder;
+    auto cs = Open(folder);
+    ASSERT_TRUE(cs);
+    TerrameterWindow window(*cs, Group, System, DescribeSystem(*cs));
+    Type(window.latitudeEdit(), QStringLiteral("52"));
+    Type(window.longitudeEdit(), QStringLiteral("-4"));
+    const QString west = window.eastingEdit()->text();
+    ASSERT_FALSE(west.isEmpty());
+    Type(window.longitudeEdit(), QStringLiteral("356"));
+    EXPECT_EQ(window.eastingEdit()->text(), west);
+    EXPECT_TRUE(LabelText(window, "longitudeDmsLabel").endsWith(u'W'));
+    Type(window.longitudeEdit(), QStringLiteral("361"));
+    EXPECT_TRUE(window.eastingEdit()->text().isEmpty());
+    EXPECT_TRUE(window.statusText().contains(QStringLiteral("-360 and 360")));
+}
+
+TEST(TerrameterWindow, TheInverseShowsDegreesMinutesSecondsWithTheHemisphere) {
+    TempDataFolder folder;
+    auto cs = Open(folder);
+    ASSERT_TRUE(cs);
+    TerrameterWindow window(*cs, Group, System, DescribeSystem(*cs));
+    // 52 deg 30' 15.5" N, 1 deg 15' 30.25" W, converted forward at full precision.
+    GeoPoint p{52.0 + 30.0 / 60 + 15.5 / 3600, -(1.0 + 15.0 / 60 + 30.25 / 3600), 10, 0};
+    ASSERT_TRUE(cs->Forward(p));
+    Type(window.eastingEdit(), QString::number(p.x, 'f', 6));
+    Type(window.northingEdit(), QString::number(p.y, 'f', 6));
+    Type(window.zEdit(), QString::number(p.z, 'f', 6));
+    EXPECT_EQ(window.heightEdit()->text(), QStringLiteral("10.0000"));
+    EXPECT_TRUE(window.latitudeEdit()->text().startsWith(QStringLiteral("52.504305")));
+    EXPECT_TRUE(window.longitudeEdit()->text().startsWith(QStringLiteral("-1.258402")));
+    EXPECT_EQ(LabelText(window, "latitudeDmsLabel"), QStringLiteral("52\u00B030'15.50000\"N"));
+    EXPECT_EQ(LabelText(window, "longitudeDmsLabel"), QStringLiteral("001\u00B015'30.25000\"W"));
+}
+
+TEST(TerrameterWindow, FieldsShowTheirUnitsAndWhatZIs) {
+    TempDataFolder folder;
+    auto cs = Open(folder);
+    ASSERT_TRUE(cs);
+    {
+        TerrameterWindow window(*cs, Group, System, DescribeSystem(*cs));
+        for (const char* name :
+             {"eastingUnitLabel", "northingUnitLabel", "zUnitLabel", "heightUnitLabel"})
+            EXPECT_EQ(LabelText(window, name), QStringLiteral("m")) << name;
+        EXPECT_EQ(LabelText(window, "latitudeUnitLabel"), QStringLiteral("\u00B0"));
+        EXPECT_TRUE(LabelText(window, "zMeaningLabel")
+                        .contains(QStringLiteral("height above the International 1924 ellipsoid")))
+            << LabelText(window, "zMeaningLabel").toStdString();
+        EXPECT_TRUE(LabelText(window, "heightNoteLabel").contains(QStringLiteral("WGS 84")));
+    }
+    // A system in US survey feet.
+    auto feet =
+        Open(folder, QStringLiteral("USA"), QStringLiteral("NAD83 / California zone 1 (ftUS)"));
+    ASSERT_TRUE(feet);
+    {
+        TerrameterWindow window(*feet, QStringLiteral("USA"),
+                                QStringLiteral("NAD83 / California zone 1 (ftUS)"),
+                                DescribeSystem(*feet));
+        for (const char* name : {"eastingUnitLabel", "northingUnitLabel", "zUnitLabel"})
+            EXPECT_EQ(LabelText(window, name), QStringLiteral("ftUS")) << name;
+        EXPECT_TRUE(LabelText(window, "zMeaningLabel").contains(QStringLiteral("US survey foot")));
+    }
+    // With a geoid model Z is the height above the geoid.
+    auto geoid = Open(folder, Group, System, QStringLiteral("EGM96"));
+    ASSERT_TRUE(geoid);
+    EXPECT_TRUE(
+        DescribeSystem(*geoid).zMeaning.startsWith(QStringLiteral("height above the geoid (EGM96")))
+        << DescribeSystem(*geoid).zMeaning.toStdString();
+}
+
+TEST(TerrameterWindow, AnEmptyEpochStandsForTheStatedDefault) {
+    TempDataFolder folder;
+    auto cs = Open(folder, QStringLiteral("Australia"), QStringLiteral("GDA94 / MGA zone 55"));
+    ASSERT_TRUE(cs);
+    const SystemFacts facts = DescribeSystem(*cs);
+    ASSERT_TRUE(facts.timeDependent);
+    TerrameterWindow window(*cs, QStringLiteral("Australia"), QStringLiteral("GDA94 / MGA zone 55"),
+                            facts);
+    window.show();
+    EXPECT_TRUE(window.epochEdit()->isVisible());
+    EXPECT_EQ(window.epochEdit()->placeholderText(), facts.defaultEpoch);
+    EXPECT_TRUE(LabelText(window, "epochNoteLabel")
+                    .contains(QStringLiteral("empty: %1").arg(facts.defaultEpoch)));
+    // Empty and the default itself give the same grid position.
+    Type(window.latitudeEdit(), QStringLiteral("-37"));
+    Type(window.longitudeEdit(), QStringLiteral("146"));
+    const QString atDefault = window.northingEdit()->text();
+    ASSERT_FALSE(atDefault.isEmpty());
+    Type(window.epochEdit(), facts.defaultEpoch);
+    EXPECT_EQ(window.northingEdit()->text(), atDefault);
+    Type(window.epochEdit(), QStringLiteral("1800"));
+    EXPECT_TRUE(window.northingEdit()->text().isEmpty());
+    EXPECT_TRUE(window.statusText().contains(QStringLiteral("1900")));
 }
