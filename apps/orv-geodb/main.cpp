@@ -1,11 +1,11 @@
 // orv-geodb: a command-line view of the coordinate-system database.
 
 #include "Catalog.h"
-#include "ReadOnlySource.h"
 #include "SystemExport.h"
 
 #include "api/OrvGeoFactories.h"
 #include "store/GeoStore.h"
+#include "store/ReadOnlySource.h"
 #include "store/StoreSql.h"
 
 #include <QCommandLineParser>

@@ -3,6 +3,7 @@
 #include "BatchConverter.h"
 
 #include "engine/GeoCoordSys.h"
+#include "store/ReadOnlySource.h"
 
 #include <QFile>
 #include <QSaveFile>
@@ -63,10 +64,14 @@ int RunBatch(const TerrameterOptions& options, std::FILE* err) {
     // One system per thread: each has its own PROJ context.
     const int threads = options.threads > 0 ? options.threads
                                             : std::max(1, int(std::thread::hardware_concurrency()));
+    // The calculator only reads: a missing user database is not created.
+    const ReadOnlySource source(options.dataSource);
+    if (!source.ok())
+        return Fail(err, source.error());
     std::vector<std::unique_ptr<OrvGeoCoordSysBase>> systems;
     std::vector<OrvGeoCoordSysBase*> pointers;
     for (int i = 0; i < threads; ++i) {
-        systems.push_back(OpenNamedSystem(options, error));
+        systems.push_back(OpenNamedSystem(options, source.dllType(), error));
         if (!systems.back())
             return Fail(err, error);
         pointers.push_back(systems.back().get());

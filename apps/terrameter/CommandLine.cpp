@@ -149,13 +149,13 @@ bool AsksForHelpOrVersion(int argc, char** argv) {
 }
 
 std::unique_ptr<OrvGeoCoordSysBase> OpenNamedSystem(const TerrameterOptions& options,
-                                                    QString& error) {
+                                                    const QString& dllType, QString& error) {
     if (options.group.isEmpty() || options.system.isEmpty()) {
         error = QStringLiteral("Name the coordinate system with -G:\"group\" -S:\"system\".");
         return nullptr;
     }
     OrvGeoCoordSysList& list = OrvGeoCoordSysList::GetCoordSysList();
-    std::unique_ptr<OrvGeoCoordSysBase> cs(list.Create(options.dataSource));
+    std::unique_ptr<OrvGeoCoordSysBase> cs(list.Create(dllType));
     if (!cs) {
         error = QStringLiteral("The coordinate-system database cannot be opened: %1")
                     .arg(list.LastError());

@@ -37,6 +37,7 @@ QString TerrameterVersion();
 // without a window system.
 bool AsksForHelpOrVersion(int argc, char** argv);
 
-// The stored system named by -G and -S on the data source; null with the reason.
+// The stored system named by -G and -S on the data source dllType (the calculator only
+// reads: open it through a ReadOnlySource of options.dataSource); null with the reason.
 std::unique_ptr<OrvGeoCoordSysBase> OpenNamedSystem(const TerrameterOptions& options,
-                                                    QString& error);
+                                                    const QString& dllType, QString& error);

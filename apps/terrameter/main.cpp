@@ -3,6 +3,8 @@
 #include "CommandLine.h"
 #include "TerrameterWindow.h"
 
+#include "store/ReadOnlySource.h"
+
 #include <QApplication>
 #include <QCoreApplication>
 #include <QMessageBox>
@@ -51,7 +53,11 @@ int main(int argc, char** argv) {
     if (options.batch)
         return RunBatch(options, stderr);
 
-    std::unique_ptr<OrvGeoCoordSysBase> cs = OpenNamedSystem(options, error);
+    // The calculator only reads: a missing user database is not created.
+    const ReadOnlySource source(options.dataSource);
+    if (!source.ok())
+        return Fail(source.error(), true);
+    std::unique_ptr<OrvGeoCoordSysBase> cs = OpenNamedSystem(options, source.dllType(), error);
     if (!cs)
         return Fail(error, true);
     TerrameterWindow window(*cs, options.group, options.system, DescribeSystem(*cs));

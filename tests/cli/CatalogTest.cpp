@@ -1,13 +1,14 @@
 // Finding entries by part of their name or their EPSG code, on the real system database and
 // a user database of the test.
 #include "Catalog.h"
-#include "ReadOnlySource.h"
 
 #include "api/OrvGeoFactories.h"
 #include "store/GeoStore.h"
+#include "store/ReadOnlySource.h"
 #include "support/TempDataFolder.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #include <gtest/gtest.h>
@@ -120,6 +121,20 @@ TEST(ReadOnlySource, AMissingUserDatabaseIsNotCreated) {
                                       QStringLiteral("OSGB36 / British National Grid")));
     }
     EXPECT_FALSE(QFileInfo::exists(folder));
+
+    // ORV.ini of the data folder (where the engine finds its model files) goes along.
+    QTemporaryDir withIni;
+    {
+        QFile ini(withIni.filePath(QStringLiteral("ORV.ini")));
+        ASSERT_TRUE(ini.open(QIODevice::WriteOnly));
+        ini.write("[DATA_PATH_SECTION]\n");
+    }
+    const ReadOnlySource source(QStringLiteral("sqlite:") + withIni.path());
+    ASSERT_TRUE(source.ok());
+    const QString scratch = source.dllType().section(QLatin1Char(';'), 0, 0).mid(7);
+    EXPECT_NE(scratch, withIni.path());
+    EXPECT_TRUE(QFileInfo::exists(scratch + QStringLiteral("/ORV.ini")));
+    EXPECT_EQ(QDir(withIni.path()).entryList(QDir::Files), QStringList{QStringLiteral("ORV.ini")});
 
     // An existing user database is read where it is.
     TempDataFolder data;

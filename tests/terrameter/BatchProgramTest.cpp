@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 
 #include <gtest/gtest.h>
@@ -159,6 +160,23 @@ TEST_F(TerrameterBatchProgram, ReplacesTheOutputOnlyWhenComplete) {
     files.removeAll(QStringLiteral("ORV.ini"));
     files.removeIf([](const QString& name) { return name.endsWith(u".db"); });
     EXPECT_EQ(files, (QStringList{QStringLiteral("in.csv"), QStringLiteral("out.csv")}));
+}
+
+TEST_F(TerrameterBatchProgram, CreatesNoDatabaseFile) {
+    const QString fresh = File(QStringLiteral("fresh"));
+    QProcess process;
+    process.setProgram(Program());
+    process.setArguments({QStringLiteral("--batch"), QStringLiteral("-G:") + Group,
+                          QStringLiteral("-S:") + System, QStringLiteral("--data"),
+                          QStringLiteral("sqlite:") + fresh});
+    process.start();
+    process.write("52,4,100\n");
+    process.closeWriteChannel();
+    ASSERT_TRUE(process.waitForFinished(RunTimeoutMs));
+    EXPECT_EQ(process.exitCode(), 0);
+    EXPECT_EQ(QString::fromUtf8(process.readAllStandardOutput()),
+              Row(Engine(52, 4, 100)) + QLatin1Char('\n'));
+    EXPECT_FALSE(QFileInfo::exists(fresh));
 }
 
 TEST_F(TerrameterBatchProgram, WritesEveryFiniteResultExactly) {

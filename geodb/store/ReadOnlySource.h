@@ -5,12 +5,14 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include <memory>
 #include <optional>
 
-// A data source opened only to read. Opening a data source creates its user database when
-// it is missing; reading must leave no file behind, so a missing user database is read as
-// an empty one kept in a temporary folder (removed with this object) next to the same
-// system database.
+// A data source opened only to read (the command-line programs). Opening a data source
+// creates its user database when it is missing; reading must leave no file behind, so a
+// missing user database is read as an empty one kept in a temporary folder (removed with
+// this object, which must outlive what was opened with dllType()), next to the same system
+// database and a copy of the data folder's ORV.ini.
 class ReadOnlySource {
 public:
     explicit ReadOnlySource(const QString& dllType);
@@ -26,7 +28,7 @@ public:
 
 private:
     std::optional<DataSource> m_source;
-    QTemporaryDir m_scratch;
+    std::unique_ptr<QTemporaryDir> m_scratch;
     QString m_dllType;
     QString m_error;
     bool m_userExists = false;
