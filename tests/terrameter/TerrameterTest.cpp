@@ -91,6 +91,29 @@ TEST(TerrameterCommandLine, GroupSystemAndBatchOptions) {
         ParseTerrameterArgs({QStringLiteral("terrameter"), QStringLiteral("--bogus")}, bad, error));
     EXPECT_FALSE(ParseTerrameterArgs({QStringLiteral("terrameter"), QStringLiteral("x.csv")}, bad,
                                      error)); // files only in batch mode
+
+    TerrameterOptions survey;
+    ASSERT_TRUE(ParseTerrameterArgs({QStringLiteral("terrameter"), QStringLiteral("--batch"),
+                                     QStringLiteral("--columns=id,lat,lon,h,epoch"),
+                                     QStringLiteral("--separator"), QStringLiteral("tab"),
+                                     QStringLiteral("--no-header"), QStringLiteral("--threads"),
+                                     QStringLiteral("2"), QStringLiteral("--data=sqlite:/tmp/x"),
+                                     QStringLiteral("in.txt"), QStringLiteral("out.txt")},
+                                    survey, error))
+        << error.toStdString();
+    EXPECT_EQ(survey.columns, QStringLiteral("id,lat,lon,h,epoch"));
+    EXPECT_EQ(survey.separator, QStringLiteral("tab"));
+    EXPECT_EQ(survey.header, TerrameterOptions::Header::Absent);
+    EXPECT_EQ(survey.threads, 2);
+    EXPECT_EQ(survey.dataSource, QStringLiteral("sqlite:/tmp/x"));
+    EXPECT_EQ(survey.output, QStringLiteral("out.txt"));
+    for (const char* wrong : {"--threads=0", "--threads=many", "--separator=pipe", "--columns"}) {
+        TerrameterOptions o2;
+        EXPECT_FALSE(ParseTerrameterArgs(
+            {QStringLiteral("terrameter"), QStringLiteral("--batch"), QString::fromLatin1(wrong)},
+            o2, error))
+            << wrong;
+    }
 }
 
 TEST(TerrameterBatch, ParallelBlocksWriteWhatOneThreadWrites) {
