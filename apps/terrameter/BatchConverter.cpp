@@ -2,6 +2,7 @@
 
 #include "api/GeoTypes.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <condition_variable>
@@ -390,7 +391,13 @@ BatchConverter::Result BatchConverter::Run(std::FILE* in, std::FILE* out, const 
 BatchConverter::Result BatchConverter::Run(std::FILE* in, const Sink& out, const Report& report,
                                            const Progress& progress) {
     Result result;
-    const std::size_t threadCount = std::max<std::size_t>(1, m_systems.size());
+    if (m_systems.empty() ||
+        std::find(m_systems.begin(), m_systems.end(), nullptr) != m_systems.end()) {
+        result.readFailed = true;
+        result.readError = "no coordinate system to convert with";
+        return result;
+    }
+    const std::size_t threadCount = m_systems.size();
     const std::size_t maxInFlight = threadCount * BlocksPerThread;
 
     std::mutex mutex;
