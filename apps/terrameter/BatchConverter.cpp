@@ -498,28 +498,36 @@ BatchConverter::Result BatchConverter::Run(std::FILE* in, const Sink& out, const
         bytes += got;
         const char* p = buffer.data();
         const char* const end = p + got;
+        const char* run = p; // read, not yet kept in the block
         while (p < end) {
             const auto* nl = static_cast<const char*>(std::memchr(p, '\n', std::size_t(end - p)));
             const char* segmentEnd = nl ? nl : end;
             const std::size_t length = std::size_t(segmentEnd - p);
             if (!dropping) {
                 const std::size_t take = std::min(length, keep - lineBytes);
-                block->text.append(p, take);
                 lineBytes += take;
-                dropping = take < length;
+                if (take < length) {
+                    // Too long: keep what shows it, skip the rest of the line.
+                    block->text.append(run, std::size_t(p + take - run));
+                    dropping = true;
+                }
             }
+            if (dropping)
+                run = segmentEnd;
             if (!nl)
                 break;
-            block->text += '\n';
             ++lineNo;
             lineBytes = 0;
             dropping = false;
             p = nl + 1;
-            if (block->text.size() >= m_settings.blockBytes) {
+            if (block->text.size() + std::size_t(p - run) >= m_settings.blockBytes) {
+                block->text.append(run, std::size_t(p - run));
+                run = p;
                 submit(std::move(block));
                 block = newBlock(lineNo);
             }
         }
+        block->text.append(run, std::size_t(end - run));
         if (progress && bytes - lastProgress >= 8 * ReadChunkBytes) {
             progress(bytes);
             lastProgress = bytes;

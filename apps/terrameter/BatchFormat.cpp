@@ -9,6 +9,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <iterator>
 
 namespace BatchFormat {
@@ -23,6 +24,9 @@ constexpr double PowersOfTen[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1
 // Scaled values below 2^40 have an ulp of at most 2^-12.
 constexpr double FastLimit = 1099511627776.0;
 constexpr double NearHalf = 1.0 / 1024;
+constexpr char DigitPairs[] = "00010203040506070809101112131415161718192021222324252627282930313233"
+                              "34353637383940414243444546474849505152535455565758596061626364656667"
+                              "6869707172737475767778798081828384858687888990919293949596979899";
 
 std::string_view Trim(std::string_view s) {
     while (!s.empty() && IsBlank(s.front()))
@@ -301,21 +305,39 @@ bool AppendFixed(std::string& out, double value, int decimals) {
             if (std::abs(fraction - 0.5) > NearHalf) {
                 std::uint64_t digits = std::uint64_t(whole) + (fraction > 0.5 ? 1 : 0);
                 char buffer[32];
-                char* p = buffer + sizeof buffer;
-                for (int i = 0; i < decimals; ++i, digits /= 10)
-                    *--p = char('0' + digits % 10);
-                if (decimals > 0)
-                    *--p = '.';
-                const bool zero = digits == 0 && std::all_of(p, buffer + sizeof buffer, [](char c) {
-                                      return c == '0' || c == '.';
-                                  });
-                do {
+                char* const end = buffer + sizeof buffer;
+                char* p = end;
+                // Two digits a step: half as many dependent divisions.
+                int remaining = decimals;
+                for (; remaining >= 2; remaining -= 2) {
+                    const std::uint64_t q = digits / 100;
+                    p -= 2;
+                    std::memcpy(p, DigitPairs + 2 * (digits - q * 100), 2);
+                    digits = q;
+                }
+                if (remaining > 0) {
                     *--p = char('0' + digits % 10);
                     digits /= 10;
-                } while (digits > 0);
+                }
+                if (decimals > 0)
+                    *--p = '.';
+                const bool zero =
+                    digits == 0 && std::all_of(p, end, [](char c) { return c == '0' || c == '.'; });
+                while (digits >= 100) {
+                    const std::uint64_t q = digits / 100;
+                    p -= 2;
+                    std::memcpy(p, DigitPairs + 2 * (digits - q * 100), 2);
+                    digits = q;
+                }
+                if (digits >= 10) {
+                    p -= 2;
+                    std::memcpy(p, DigitPairs + 2 * digits, 2);
+                } else {
+                    *--p = char('0' + digits);
+                }
                 if (value < 0 && !zero)
                     *--p = '-';
-                out.append(p, buffer + sizeof buffer);
+                out.append(p, end);
                 return true;
             }
         }

@@ -326,3 +326,20 @@ TEST(TerrameterWindow, AnEmptyEpochStandsForTheStatedDefault) {
     EXPECT_TRUE(window.northingEdit()->text().isEmpty());
     EXPECT_TRUE(window.statusText().contains(QStringLiteral("1900")));
 }
+
+TEST(TerrameterBatch, ALineLongerThanAReadIsRefusedWithoutHoldingIt) {
+    TempDataFolder folder;
+    auto cs = Open(folder);
+    ASSERT_TRUE(cs);
+    std::vector<std::pair<std::size_t, std::string>> reports;
+    // Three read chunks long, without a line end at the very end of the file.
+    const std::string input = "52,4,100\n" + std::string(3 << 20, '1') + "\n53,5,10\n" +
+                              std::string(BatchFormat::MaxLineBytes + 1, ' ');
+    const std::string out = RunBatch(*cs, false, input, reports);
+    ASSERT_EQ(reports.size(), 2u);
+    const std::string third = RunBatch(*cs, false, "53,5,10\n", reports);
+    EXPECT_EQ(out, "568743.4339,5761720.7719,58.6553\n*,*,*\n" + third + "*,*,*\n");
+    EXPECT_EQ(reports[0].first, 2u);
+    EXPECT_EQ(reports[1].first, 4u);
+    EXPECT_NE(reports[0].second.find("longer than 65536 bytes"), std::string::npos);
+}
