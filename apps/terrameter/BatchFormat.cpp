@@ -28,6 +28,46 @@ constexpr char DigitPairs[] = "0001020304050607080910111213141516171819202122232
                               "34353637383940414243444546474849505152535455565758596061626364656667"
                               "6869707172737475767778798081828384858687888990919293949596979899";
 
+// Exact powers of ten as doubles (10^22 is the largest).
+constexpr double ExactPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                       1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                       1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr int MaxExactDigits = 15; // below 2^53: the digits as an integer are exact
+
+// The common form of survey numbers, "[-]digits[.digits]" with at most 15 significant
+// digits: the digits and the power of ten are exact doubles, so one division rounds
+// correctly (the same value from_chars gives). False for anything else.
+bool ReadPlainDecimal(std::string_view s, double& value) {
+    const char* c = s.data();
+    const char* const end = c + s.size();
+    const bool negative = c < end && *c == '-';
+    if (negative)
+        ++c;
+    std::uint64_t mantissa = 0;
+    int significant = 0, decimals = 0, digits = 0;
+    bool point = false;
+    for (; c < end; ++c) {
+        if (*c >= '0' && *c <= '9') {
+            ++digits;
+            if (mantissa != 0 || *c != '0')
+                ++significant;
+            if (significant > MaxExactDigits)
+                return false;
+            mantissa = mantissa * 10 + std::uint64_t(*c - '0');
+            decimals += point ? 1 : 0;
+        } else if (*c == '.' && !point) {
+            point = true;
+        } else {
+            return false;
+        }
+    }
+    if (digits == 0 || decimals >= int(std::size(ExactPowersOfTen)))
+        return false;
+    const double v = double(mantissa) / ExactPowersOfTen[decimals];
+    value = negative ? -v : v;
+    return true;
+}
+
 std::string_view Trim(std::string_view s) {
     while (!s.empty() && IsBlank(s.front()))
         s.remove_prefix(1);
@@ -253,6 +293,10 @@ bool ReadNumber(std::string_view field, bool decimalComma, double& value) {
     if (!(c >= '0' && c <= '9') && c != '.' && c != ',')
         return false;
     double v = 0;
+    if (ReadPlainDecimal(s, v)) {
+        value = v;
+        return true;
+    }
     auto [next, ec] = std::from_chars(s.data(), s.data() + s.size(), v);
     if (ec != std::errc() || next != s.data() + s.size()) {
         const std::size_t comma = s.find(',');

@@ -5,6 +5,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <random>
 #include <string>
@@ -167,5 +168,27 @@ TEST(BatchNumbers, FastResultTextsEqualExactDecimalRounding) {
         if (i % 8 == 0)
             value = std::nextafter(value, 0.0);
         ASSERT_EQ(Fixed(value, decimals), exact(value, decimals)) << value << " " << decimals;
+    }
+}
+
+TEST(BatchNumbers, PlainDecimalsReadAsFromCharsReadsThem) {
+    std::mt19937_64 random(7);
+    std::uniform_int_distribution<int> digit(0, 9), length(1, 17), where(0, 17);
+    for (int i = 0; i < 200000; ++i) {
+        std::string text = i % 3 == 0 ? "-" : "";
+        const int n = length(random), point = where(random);
+        for (int k = 0; k < n; ++k) {
+            if (k == point)
+                text += '.';
+            text += char('0' + digit(random));
+        }
+        double expected = 0, read = 0;
+        const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), expected);
+        ASSERT_EQ(ReadNumber(text, false, read),
+                  ec == std::errc() && end == text.data() + text.size())
+            << text;
+        if (ec == std::errc()) {
+            ASSERT_EQ(std::memcmp(&read, &expected, sizeof read), 0) << text;
+        }
     }
 }
