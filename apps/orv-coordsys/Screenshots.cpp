@@ -1,12 +1,15 @@
 #include "Screenshots.h"
 
 #include "api/OrvGeoFactories.h"
+#include "dialogs/PickerTree.h"
 #include "dialogs/SelEllipsoidDlg.h"
+#include "platform/ScriptedUi.h"
 #include "wizard/GeoWizard.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QImage>
+#include <QPushButton>
 
 namespace {
 
@@ -19,6 +22,21 @@ void settle() {
 bool save(QWidget& widget, const QString& path) {
     settle();
     return widget.grab().toImage().save(path, "PNG");
+}
+
+// Fills the pages as a person would, so that they are rendered with real values: every
+// nested dialog is answered by a script.
+void fillPages(GeoWizard& wizard) {
+    ScriptedUi script;
+    script.ExpectModal<SelEllipsoidDlg>([](SelEllipsoidDlg& picker) {
+        picker.Tree()->Select(picker.Tree()->Model().FindTopLevel(QStringLiteral("Airy 1830")));
+        picker.accept();
+        return picker.result();
+    });
+    if (auto* select =
+            wizard.GetWizardPage(2)->findChild<QPushButton*>(QStringLiteral("selectLocal")))
+        select->click();
+    script.Verify();
 }
 
 // Shows a dialog as its caller would (initialised, then prepared), renders it and closes it.
@@ -72,6 +90,7 @@ QStringList RenderScreenshots(const QString& folder, const QString& dataSource, 
     };
     const Shot shots[] = {{-1, 0}, {1, 1},  {-1, 2}, {-1, 3},  {31, 4},  {-1, 5},  {-1, 6},
                           {-1, 7}, {-1, 8}, {-1, 9}, {-1, 10}, {-1, 11}, {-1, 12}, {-1, 13}};
+    fillPages(wizard);
     int currentCode = -1;
     for (const Shot& shot : shots) {
         if (shot.code != currentCode) {
