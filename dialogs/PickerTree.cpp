@@ -78,7 +78,7 @@ void PickerTree::Select(const QModelIndex& sourceIndex) {
         return;
     }
     selection->setCurrentIndex(shown, QItemSelectionModel::ClearAndSelect);
-    m_view->scrollTo(shown);
+    m_view->scrollTo(shown, QAbstractItemView::PositionAtCenter);
 }
 
 void PickerTree::Expand(const QModelIndex& sourceIndex) {

@@ -1,15 +1,28 @@
 #include "Screenshots.h"
 
+#include "api/GeoKeys.h"
 #include "api/OrvGeoFactories.h"
+#include "dialogs/CMaskEdit.h"
+#include "dialogs/DatumTransfmSelDlg.h"
+#include "dialogs/GridSelDlg.h"
 #include "dialogs/PickerTree.h"
+#include "dialogs/PrjSelectDlg.h"
 #include "dialogs/SelEllipsoidDlg.h"
+#include "dialogs/UnitSelectionDlg.h"
 #include "platform/ScriptedUi.h"
+#include "util/BrandingConfig.h"
 #include "wizard/GeoWizard.h"
+#include "wizard/WzdUtility.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QFile>
+#include <QFormLayout>
 #include <QImage>
+#include <QLabel>
+#include <QListWidget>
 #include <QPushButton>
+#include <QTemporaryDir>
 
 namespace {
 
@@ -51,12 +64,91 @@ void shoot(D& dialog, const QDir& dir, const QString& name, QStringList& written
     dialog.hide();
 }
 
-// The pickers, naming dialogs and the other dialogs of the kit, opened for the wizard.
+// Selects an entry of a picker's tree: a top-level one, or one below a group.
+template <class Picker>
+void choose(Picker& picker, const QString& name, const QString& group = QString()) {
+    const NameTreeModel& model = picker.Tree()->Model();
+    QModelIndex item = model.FindTopLevel(group.isEmpty() ? name : group);
+    for (int row = 0; !group.isEmpty() && row < model.rowCount(item); ++row) {
+        if (model.NameAt(model.index(row, 0, item)) == name) {
+            item = model.index(row, 0, item);
+            break;
+        }
+    }
+    picker.Tree()->Select(item);
+}
+
+// A program-data folder with an ORV.ini and a few vertical datum models, so that the grid
+// file picker has entries to show; the real settings are restored afterwards.
+class SampleGeoidModels {
+public:
+    SampleGeoidModels() {
+        const QString data = m_root.filePath(QStringLiteral("Data"));
+        const QString inf = data + QStringLiteral("/Projects Common Files/vdatum/core/geoid.inf");
+        QDir().mkpath(m_root.filePath(QStringLiteral("Geodesy")));
+        QDir().mkpath(QFileInfo(inf).path());
+        write(m_root.filePath(QStringLiteral("Geodesy/ORV.ini")),
+              QStringLiteral("[DataPaths]\nDataRoot=%1\nDataFolder=Projects\n").arg(data));
+        write(inf, QStringLiteral("geoid_models=GEOID96,GEOID99,GEOID03,GEOID09,GEOID12A,"
+                                  "GEOID12B,GEOID18,XGEOID20B\n"));
+        BrandingConfig::Instance().SetRootProgramDataFolder(m_root.path());
+    }
+    ~SampleGeoidModels() { BrandingConfig::Instance().SetRootProgramDataFolder(QString()); }
+
+private:
+    static void write(const QString& path, const QString& text) {
+        QFile file(path);
+        if (file.open(QIODevice::WriteOnly))
+            file.write(text.toUtf8());
+    }
+    QTemporaryDir m_root;
+};
+
+// The pickers and the other dialogs of the kit, opened for the wizard.
 void renderDialogs(GeoWizard& wizard, const QDir& dir, QStringList& written) {
+    const auto nothing = [](auto&) {};
     {
         SelEllipsoidDlg picker(&wizard);
         picker.SetSelName(QStringLiteral("International 1924"));
-        shoot(picker, dir, QStringLiteral("dialog-select-ellipsoid"), written, [](auto&) {});
+        shoot(picker, dir, QStringLiteral("dialog-select-ellipsoid"), written, nothing);
+    }
+    {
+        DatumTransfmSelDlg picker(&wizard);
+        picker.SetEllipsoidNames(QStringLiteral("WGS 84"), QStringLiteral("International 1924"));
+        picker.SetSelName(QStringLiteral("ED50 to WGS 84 (1)"));
+        shoot(picker, dir, QStringLiteral("dialog-select-datum-transformation"), written, nothing);
+    }
+    {
+        PrjSelectDlg picker(&wizard);
+        shoot(picker, dir, QStringLiteral("dialog-select-projection"), written,
+              [](auto& p) { choose(p, QStringLiteral("UTM Zone-31N"), QStringLiteral("UTM")); });
+    }
+    {
+        UnitSelectionDlg units(wizard.GetGeoDatabase());
+        units.SetUnitName(QStringLiteral("Meters"));
+        shoot(units, dir, QStringLiteral("dialog-select-unit"), written, nothing);
+    }
+    {
+        SampleGeoidModels models;
+        GridSelDlg picker(GeoidKey::ChartDatum, QStringLiteral("GEOID18"));
+        shoot(picker, dir, QStringLiteral("dialog-select-geoid-model-file"), written, nothing);
+    }
+    {
+        // a latitude row of the projection parameters, half typed
+        QWidget row;
+        row.setObjectName(QStringLiteral("maskedEditSample"));
+        auto* layout = new QFormLayout(&row);
+        auto* edit = new CMaskEdit(&row);
+        edit->setObjectName(QStringLiteral("latitudeOfOrigin"));
+        edit->SetMask(WzdUtility::MaskForType(PRM_LATITUDE));
+        edit->SetText(QStringLiteral("5230"));
+        edit->setMinimumWidth(220);
+        layout->addRow(QStringLiteral("Latitude of natural origin:"), edit);
+        row.resize(420, 44);
+        row.show();
+        const QString path = dir.filePath(QStringLiteral("dialog-masked-edit.png"));
+        if (save(row, path))
+            written << path;
     }
 }
 
