@@ -159,6 +159,7 @@ constexpr Entry kStrings[] = {
     {StrId::PrjNameInUse, u"The name already is in using. Please give another name."},
     {StrId::MetersPerUnitLabel,
      u"Meters per unit ( example: 1 U.S. Survey Feet = 0.30480061 meter) "},
+    {StrId::UnitStoreFailed, u"The new unit could not be stored.\n%1"},
 };
 
 constexpr bool ascending() {

@@ -116,6 +116,7 @@ enum : int {
     PrjNameEmpty = 15942,
     PrjNameInUse = 15943,
     MetersPerUnitLabel = 15944,
+    UnitStoreFailed = 15945, // %1: the database's reason
 };
 } // namespace StrId
 

@@ -577,10 +577,8 @@ bool Remove(GeoStore& store, const QString& group, const QString& system, QStrin
 
 bool AddUnit(GeoStore& store, const QString& name, double metersPerUnit, const QString& suffix,
              int category, QString* error) {
-    if (name.trimmed().isEmpty()) {
-        *error = QStringLiteral("The unit has no name.");
-        return false;
-    }
+    // A unit of empty name is stored like any other (the new-unit dialog relies on it); the
+    // name check below still keeps it to one.
     if (!std::isfinite(metersPerUnit) || metersPerUnit <= 0) {
         *error =
             QStringLiteral("The unit \"%1\" needs a positive number of metres per unit.").arg(name);
