@@ -3,8 +3,11 @@
 #include "api/GeoKeys.h"
 #include "api/OrvGeoFactories.h"
 #include "dialogs/CMaskEdit.h"
+#include "dialogs/CreateNewDttrfmDlg.h"
+#include "dialogs/CreateNewPrjDlg.h"
 #include "dialogs/DatumTransfmSelDlg.h"
 #include "dialogs/GridSelDlg.h"
+#include "dialogs/NewUnitDlg.h"
 #include "dialogs/PickerTree.h"
 #include "dialogs/PrjSelectDlg.h"
 #include "dialogs/SelEllipsoidDlg.h"
@@ -20,6 +23,7 @@
 #include <QFormLayout>
 #include <QImage>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -127,6 +131,28 @@ void renderDialogs(GeoWizard& wizard, const QDir& dir, QStringList& written) {
         UnitSelectionDlg units(wizard.GetGeoDatabase());
         units.SetUnitName(QStringLiteral("Meters"));
         shoot(units, dir, QStringLiteral("dialog-select-unit"), written, nothing);
+    }
+    {
+        CreateNewDttrfmDlg naming(&wizard);
+        shoot(naming, dir, QStringLiteral("dialog-create-datum-transformation"), written,
+              [](auto& d) {
+                  d.template findChild<QLineEdit*>(QStringLiteral("nameEdit"))
+                      ->setText(QStringLiteral("ED50 to WGS 84 (North Sea survey)"));
+              });
+    }
+    {
+        CreateNewPrjDlg naming(&wizard);
+        shoot(naming, dir, QStringLiteral("dialog-create-projection"), written, [](auto& d) {
+            d.template findChild<QLineEdit*>(QStringLiteral("nameEdit"))
+                ->setText(QStringLiteral("UTM Zone-31N (site grid)"));
+        });
+    }
+    {
+        NewUnitDlg unit(&wizard);
+        unit.SetName(QStringLiteral("Rod"));
+        unit.SetMetersPerUnit(5.0292);
+        unit.SetNameSuffix(QStringLiteral("rd"));
+        shoot(unit, dir, QStringLiteral("dialog-new-unit"), written, nothing);
     }
     {
         SampleGeoidModels models;
