@@ -38,6 +38,7 @@ PickerTree::PickerTree(QLineEdit* filter, QTreeView* view, QWidget* shortcutOwne
     m_proxy->setSourceModel(m_model);
     m_view->setModel(m_proxy);
     m_view->setHeaderHidden(true);
+    m_view->setIndentation(m_view->fontMetrics().averageCharWidth() * 2); // room for long names
     m_view->setUniformRowHeights(true); // keeps layout linear in the rows shown
     m_view->setSelectionMode(QAbstractItemView::SingleSelection);
     m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);

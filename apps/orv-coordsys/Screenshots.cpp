@@ -12,6 +12,7 @@
 #include "dialogs/PrjSelectDlg.h"
 #include "dialogs/SelEllipsoidDlg.h"
 #include "dialogs/UnitSelectionDlg.h"
+#include "pages/WIZPage8.h"
 #include "platform/ScriptedUi.h"
 #include "util/BrandingConfig.h"
 #include "wizard/GeoWizard.h"
@@ -54,6 +55,21 @@ void fillPages(GeoWizard& wizard) {
             wizard.GetWizardPage(2)->findChild<QPushButton*>(QStringLiteral("selectLocal")))
         select->click();
     script.Verify();
+}
+
+// What a person does on a page after it became active (pages that refill themselves on every
+// activation), so that the picture shows a real choice.
+void showActivePage(GeoWizard& wizard, int page) {
+    if (page == 8) {
+        auto* projections = static_cast<WIZPage8*>(wizard.GetWizardPage(8));
+        const NameTreeModel& model = projections->Tree()->Model();
+        const QModelIndex method = model.FindTopLevel(QStringLiteral("Transverse Mercator"));
+        for (int row = 0; row < model.rowCount(method); ++row) {
+            const QModelIndex item = model.index(row, 0, method);
+            if (model.NameAt(item) == QStringLiteral("British National Grid"))
+                projections->Tree()->Select(item);
+        }
+    }
 }
 
 // Shows a dialog as its caller would (initialised, then prepared), renders it and closes it.
@@ -221,6 +237,8 @@ QStringList RenderScreenshots(const QString& folder, const QString& dataSource, 
         const int index = wizard.GetPageIndex(wizard.GetWizardPage(shot.page));
         if (index < 0 || !wizard.SetActivePage(index))
             continue;
+        settle();
+        showActivePage(wizard, shot.page);
         const QString path = dir.filePath(
             QStringLiteral("wizard-page%1.png").arg(shot.page, 2, 10, QLatin1Char('0')));
         if (save(wizard, path))
