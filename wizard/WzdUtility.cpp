@@ -201,12 +201,19 @@ int WzdUtility::LayoutParameterRows(LabelRows labels, EditRows edits, const QStr
         if (CMaskEdit* edit = edits[row]) {
             const QString mask = MaskForType(type);
             edit->SetMask(mask);
-            edit->SetText(mask.isEmpty() ? text : inputCharacters(mask, text));
+            ShowRowText(edit, text);
             edit->setEnabled(true);
             edit->show();
         }
     }
     return m_rowCount;
+}
+
+void WzdUtility::ShowRowText(CMaskEdit* edit, const QString& text) {
+    if (!edit)
+        return;
+    const QString mask = edit->GetMask();
+    edit->SetText(mask.isEmpty() ? text : inputCharacters(mask, text));
 }
 
 bool WzdUtility::ReadParameterRows(EditRows edits, QList<double>& numbers, QWidget* parent) {

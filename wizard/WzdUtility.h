@@ -74,6 +74,9 @@ public:
     int LayoutParameterRows(LabelRows labels, EditRows edits, const QStringList& names,
                             const QStringList& values, const QList<unsigned>& types);
     int RowCount() const { return m_rowCount; }
+    // Shows a text as a row formats it (an angle text in an angle row's mask, a plain text in
+    // a row without one).
+    static void ShowRowText(CMaskEdit* edit, const QString& text);
     // Per used row: the parameter it shows (index into the names) and its type.
     QList<int> RowParams() const { return m_rowParams; }
     QList<unsigned> RowTypes() const { return m_rowTypes; }

@@ -55,6 +55,14 @@ void fillPages(GeoWizard& wizard) {
             wizard.GetWizardPage(2)->findChild<QPushButton*>(QStringLiteral("selectLocal")))
         select->click();
     script.Verify();
+
+    // the projection pages: a new projection based on a stored UTM zone
+    if (OrvGeoStaticDataBase* staticData = wizard.GetGeoStatic())
+        staticData->AssignSystemName(QStringLiteral("North Sea survey"));
+    wizard.SetPrjOption(1);
+    wizard.SetPrjFromOldPrj(true);
+    wizard.SetPrePrjName(QStringLiteral("UTM Zone-31N"));
+    wizard.SetUnit(QStringLiteral("Meters"));
 }
 
 // What a person does on a page after it became active (pages that refill themselves on every
