@@ -103,6 +103,19 @@ QModelIndex NameTreeModel::FindChild(const QModelIndex& parent, const QString& n
     return {};
 }
 
+void NameTreeModel::RemoveEntry(const QModelIndex& index) {
+    const Node* n = node(index);
+    if (!n)
+        return;
+    const int row = n->row;
+    std::vector<int>& siblings = n->parent < 0 ? m_topLevel : m_nodes[n->parent].children;
+    beginRemoveRows(index.parent(), row, row);
+    siblings.erase(siblings.begin() + row);
+    for (std::size_t i = static_cast<std::size_t>(row); i < siblings.size(); ++i)
+        m_nodes[siblings[i]].row = static_cast<int>(i);
+    endRemoveRows();
+}
+
 QString NameTreeModel::NameAt(const QModelIndex& index) const {
     const Node* n = node(index);
     return n ? n->name : QString();

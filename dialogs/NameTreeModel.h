@@ -31,6 +31,8 @@ public:
     // equals name ignoring case; invalid when none.
     QModelIndex FindChild(const QModelIndex& parent, const QString& name) const;
     QModelIndex FindTopLevel(const QString& name) const { return FindChild({}, name); }
+    // Takes one entry (and what is below it) out of the tree.
+    void RemoveEntry(const QModelIndex& index);
     QString NameAt(const QModelIndex& index) const;
     int CodeAt(const QModelIndex& index) const;
 

@@ -14,6 +14,7 @@
 #include "dialogs/UnitSelectionDlg.h"
 #include "pages/WIZPage8.h"
 #include "platform/ScriptedUi.h"
+#include "selection/SysSelectionDlg.h"
 #include "util/BrandingConfig.h"
 #include "wizard/GeoWizard.h"
 #include "wizard/WzdUtility.h"
@@ -177,6 +178,13 @@ void renderDialogs(GeoWizard& wizard, const QDir& dir, QStringList& written) {
         unit.SetMetersPerUnit(5.0292);
         unit.SetNameSuffix(QStringLiteral("rd"));
         shoot(unit, dir, QStringLiteral("dialog-new-unit"), written, nothing);
+    }
+    {
+        SysSelectionDlg selection(geodb_type(0), true);
+        selection.SetDllType(wizard.GetDllType());
+        selection.SetGroupName(QStringLiteral("UK"));
+        selection.SetSystemName(QStringLiteral("OSGB36 / British National Grid"));
+        shoot(selection, dir, QStringLiteral("dialog-select-coordinate-system"), written, nothing);
     }
     {
         SampleGeoidModels models;
