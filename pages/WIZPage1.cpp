@@ -10,10 +10,16 @@
 #include "wizard/GeoWizard.h"
 
 #include <QFontMetrics>
+#include <QHeaderView>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextEdit>
+#include <QTreeView>
 
 namespace {
-// Information texts indent with tabs; four average characters keep them compact.
-constexpr int kTabStopCharacters = 4;
+// One indentation level of the information pane, in average characters: compact enough for
+// the half page the pane has.
+constexpr int kIndentCharacters = 3;
 // SetWizardButtonByPage codes.
 constexpr unsigned kButtonsBackNext = 3;
 constexpr unsigned kButtonsBack = 4;
@@ -25,8 +31,11 @@ WIZPage1::WIZPage1(GeoWizard* sheet)
       m_ui(std::make_unique<Ui::WIZPage1>()) {
     m_ui->setupUi(ContentArea());
     m_tree = new PickerTree(m_ui->filterEdit, m_ui->tree, this);
+    // Names of systems run long: the tree scrolls sideways rather than cutting them.
+    m_ui->tree->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    m_ui->tree->header()->setStretchLastSection(false);
     m_ui->infoPane->setTabStopDistance(QFontMetrics(m_ui->infoPane->font()).averageCharWidth() *
-                                       kTabStopCharacters);
+                                       kIndentCharacters);
     connect(m_tree, &PickerTree::CurrentChanged, this, &WIZPage1::OnSelChangedTree);
     connect(m_tree, &PickerTree::FilterApplied, this, &WIZPage1::OnFilterApplied);
 }
@@ -93,6 +102,9 @@ void WIZPage1::PreselectSystem(const QString& group, const QString& system) {
     m_quietTree = true;
     m_tree->Select(systemItem);
     m_quietTree = false;
+    // the group's name above it stays in sight
+    m_tree->View()->scrollTo(m_tree->Proxy().mapFromSource(systemItem),
+                             QAbstractItemView::PositionAtCenter);
     m_groupName = model.NameAt(groupItem);
     m_systemName = model.NameAt(systemItem);
     UseSystem(false);
@@ -162,7 +174,32 @@ void WIZPage1::UseSystem(bool withMethodAndUnit) {
 }
 
 void WIZPage1::ShowInfo(const QString& text) {
-    m_ui->infoPane->setPlainText(text);
+    // Each line of the text is a paragraph indented by its leading tabs, and a line too long
+    // for the half page wraps under its own text (not back to the left edge), so that the
+    // levels stay readable.
+    QTextEdit* pane = m_ui->infoPane;
+    pane->clear();
+    if (text.isEmpty())
+        return;
+    const qreal level = pane->tabStopDistance();
+    const qreal hanging = level;
+    QTextCursor cursor(pane->document());
+    const QStringList lines = QString(text).remove(QLatin1Char('\r')).split(QLatin1Char('\n'));
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        const QString& line = lines[i];
+        qsizetype tabs = 0;
+        while (tabs < line.size() && line[tabs] == QLatin1Char('\t'))
+            ++tabs;
+        QTextBlockFormat format;
+        format.setLeftMargin(tabs * level + hanging);
+        format.setTextIndent(-hanging);
+        if (i == 0)
+            cursor.setBlockFormat(format);
+        else
+            cursor.insertBlock(format);
+        cursor.insertText(line.mid(tabs));
+    }
+    pane->moveCursor(QTextCursor::Start);
 }
 
 int WIZPage1::OnWizardBack() {

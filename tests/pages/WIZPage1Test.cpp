@@ -10,6 +10,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
+#include <QTextBlock>
+#include <QTextDocument>
 #include <QTextEdit>
 #include <QTreeView>
 
@@ -73,11 +75,25 @@ protected:
         Flush();
     }
     QString pane() { return Control<QTextEdit>(1, QStringLiteral("infoPane"))->toPlainText(); }
+    // The system's information text as the pane shows it: each line a paragraph, its
+    // leading tabs turned into indentation.
     QString infoOf(const QString& group, const QString& system) {
         QString text;
         db()->GetSystemInfoText(text, group, system, {}, {}, {}, {}, {});
-        // the pane shows each line of the text as a line
-        return text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+        QStringList lines = text.remove(QLatin1Char('\r')).split(QLatin1Char('\n'));
+        for (QString& line : lines)
+            while (line.startsWith(QLatin1Char('\t')))
+                line.remove(0, 1);
+        return lines.join(QLatin1Char('\n'));
+    }
+    // The left margin of the pane's paragraph that starts with text.
+    qreal indentOf(const QString& text) {
+        const QTextDocument* doc = Control<QTextEdit>(1, QStringLiteral("infoPane"))->document();
+        for (QTextBlock b = doc->begin(); b.isValid(); b = b.next())
+            if (b.text().startsWith(text))
+                return b.blockFormat().leftMargin();
+        ADD_FAILURE() << "no paragraph " << text.toStdString();
+        return -1;
     }
     QString current() { return tree()->Model().NameAt(tree()->Current()); }
     // The static data describes the stored system BNG, under the name given on page 0.
@@ -163,6 +179,10 @@ TEST_F(ExistingSystemPage, ClickingASystemMakesItTheStartingPoint) {
     EXPECT_EQ(wizard.GetPrjOption(), 0u);
     EXPECT_EQ(pane(), infoOf(kUk, kBng));
     EXPECT_TRUE(pane().contains(kBng));
+    // the levels of the text stay visible
+    EXPECT_LT(indentOf(QStringLiteral("System:")), indentOf(QStringLiteral("Projection:")));
+    EXPECT_LT(indentOf(QStringLiteral("Projection:")),
+              indentOf(QStringLiteral("Method: Transverse Mercator")));
     expectStaticDataOfBng();
 
     wizard.SetDtfOption(1);
