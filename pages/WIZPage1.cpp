@@ -1,6 +1,7 @@
 #include "pages/WIZPage1.h"
 
 #include "api/OrvGeoDatabaseBase.h"
+#include "dialogs/InformationPane.h"
 #include "dialogs/NameFilterProxy.h"
 #include "dialogs/PickerTree.h"
 #include "platform/DataExchange.h"
@@ -9,7 +10,6 @@
 #include "util/GeobaseToGeostatic.h"
 #include "wizard/GeoWizard.h"
 
-#include <QFontMetrics>
 #include <QHeaderView>
 #include <QTextBlock>
 #include <QTextCursor>
@@ -17,9 +17,6 @@
 #include <QTreeView>
 
 namespace {
-// One indentation level of the information pane, in average characters: compact enough for
-// the half page the pane has.
-constexpr int kIndentCharacters = 3;
 // SetWizardButtonByPage codes.
 constexpr unsigned kButtonsBackNext = 3;
 constexpr unsigned kButtonsBack = 4;
@@ -34,8 +31,7 @@ WIZPage1::WIZPage1(GeoWizard* sheet)
     // Names of systems run long: the tree scrolls sideways rather than cutting them.
     m_ui->tree->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_ui->tree->header()->setStretchLastSection(false);
-    m_ui->infoPane->setTabStopDistance(QFontMetrics(m_ui->infoPane->font()).averageCharWidth() *
-                                       kIndentCharacters);
+    PrepareInformationPane(m_ui->infoPane);
     connect(m_tree, &PickerTree::CurrentChanged, this, &WIZPage1::OnSelChangedTree);
     connect(m_tree, &PickerTree::FilterApplied, this, &WIZPage1::OnFilterApplied);
 }
@@ -102,9 +98,6 @@ void WIZPage1::PreselectSystem(const QString& group, const QString& system) {
     m_quietTree = true;
     m_tree->Select(systemItem);
     m_quietTree = false;
-    // the group's name above it stays in sight
-    m_tree->View()->scrollTo(m_tree->Proxy().mapFromSource(systemItem),
-                             QAbstractItemView::PositionAtCenter);
     m_groupName = model.NameAt(groupItem);
     m_systemName = model.NameAt(systemItem);
     UseSystem(false);
@@ -181,7 +174,7 @@ void WIZPage1::ShowInfo(const QString& text) {
     pane->clear();
     if (text.isEmpty())
         return;
-    const qreal level = pane->tabStopDistance();
+    const qreal level = pane->tabStopDistance(); // one tab of the text
     const qreal hanging = level;
     QTextCursor cursor(pane->document());
     const QStringList lines = QString(text).remove(QLatin1Char('\r')).split(QLatin1Char('\n'));
