@@ -12,6 +12,7 @@
 #include "dialogs/PrjSelectDlg.h"
 #include "dialogs/SelEllipsoidDlg.h"
 #include "dialogs/UnitSelectionDlg.h"
+#include "pages/WIZPage1.h"
 #include "pages/WIZPage8.h"
 #include "platform/ScriptedUi.h"
 #include "selection/SysSelectionDlg.h"
@@ -20,6 +21,7 @@
 #include "wizard/WzdUtility.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QDir>
 #include <QFile>
 #include <QFormLayout>
@@ -43,9 +45,40 @@ bool save(QWidget& widget, const QString& path) {
     return widget.grab().toImage().save(path, "PNG");
 }
 
+// --- WIZPage0, WIZPage1: a new system based on "OSGB36 / British National Grid" ---
+// A name typed, "Based on existing coordinate system:" checked (the page list of a system
+// based on another), Next, and the system chosen in its group. The page list stays the based
+// one: the name page is rendered in it, and the later pages' shots rebuild their own lists.
+void fillNameAndExistingSystem(GeoWizard& wizard) {
+    WizardPage* namePage = wizard.GetWizardPage(0);
+    if (!wizard.SetActivePage(namePage))
+        return;
+    if (auto* name = namePage->findChild<QLineEdit*>(QStringLiteral("newSystemName")))
+        name->setText(QStringLiteral("OSGB36 / BNG (Thames site grid)"));
+    if (auto* based = namePage->findChild<QCheckBox*>(QStringLiteral("basedOnExisting")))
+        based->click();
+    settle();
+    wizard.NextButton()->click();
+    settle();
+    auto* existing = static_cast<WIZPage1*>(wizard.GetWizardPage(1));
+    if (wizard.GetActivePage() != existing)
+        return;
+    const NameTreeModel& model = existing->Tree()->Model();
+    const QModelIndex group = model.FindTopLevel(QStringLiteral("UK"));
+    existing->Tree()->Expand(group);
+    for (int row = 0; row < model.rowCount(group); ++row) {
+        const QModelIndex system = model.index(row, 0, group);
+        if (model.NameAt(system) == QStringLiteral("OSGB36 / British National Grid"))
+            existing->Tree()->Select(system);
+    }
+    settle();
+}
+
 // Fills the pages as a person would, so that they are rendered with real values: every
 // nested dialog is answered by a script.
 void fillPages(GeoWizard& wizard) {
+    fillNameAndExistingSystem(wizard);
+
     ScriptedUi script;
     script.ExpectModal<SelEllipsoidDlg>([](SelEllipsoidDlg& picker) {
         picker.Tree()->Select(picker.Tree()->Model().FindTopLevel(QStringLiteral("Airy 1830")));
