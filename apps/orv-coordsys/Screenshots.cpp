@@ -18,10 +18,13 @@
 #include "selection/SysSelectionDlg.h"
 #include "util/BrandingConfig.h"
 #include "wizard/GeoWizard.h"
+#include "wizard/GeoidFiles.h"
 #include "wizard/WzdUtility.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QFormLayout>
@@ -74,6 +77,64 @@ void fillNameAndExistingSystem(GeoWizard& wizard) {
     settle();
 }
 
+// --- Geoid model and post correction pages (WIZPage10, WIZPage13) ---
+
+bool activatePage(GeoWizard& wizard, int number) {
+    const int index = wizard.GetPageIndex(wizard.GetWizardPage(number));
+    const bool active = index >= 0 && wizard.SetActivePage(index);
+    settle();
+    return active;
+}
+
+// The person picks an entry of a page's list.
+void pickEntry(QWidget* page, const QString& list, const QString& text) {
+    auto* combo = page->findChild<QComboBox*>(list);
+    const int index = combo ? combo->findText(text) : -1;
+    if (index < 0)
+        return;
+    combo->setCurrentIndex(index);
+    emit combo->activated(index);
+}
+
+void clickButton(QWidget* page, const QString& name) {
+    if (auto* button = page->findChild<QAbstractButton*>(name))
+        button->click();
+    settle();
+}
+
+void nextPage(GeoWizard& wizard) {
+    wizard.NextButton()->click();
+    settle();
+}
+
+// A GTX geoid grid (proj-data's EGM96 grid) and a post correction of constant offsets, each
+// page left with Next, which hands it over; the rendering's activation reads it back.
+void fillGeoidAndPostPages(GeoWizard& wizard) {
+    ScriptedUi script;
+    if (activatePage(wizard, 10)) {
+        QWidget* page = wizard.GetWizardPage(10);
+        pickEntry(page, QStringLiteral("methodCombo"), QStringLiteral("GTX Geoid Grid"));
+        const GeoidFiles::FileDialogRule* gtx = GeoidFiles::GeoidFileDialog(GeoidKey::Gtx);
+        script.ExpectFileOpen(GeoidFiles::Filter(*gtx), GeoidFiles::StartFolder(*gtx),
+                              QStringLiteral("/usr/share/proj/egm96_15.gtx"));
+        clickButton(page, QStringLiteral("browseFile"));
+        nextPage(wizard);
+    }
+    if (activatePage(wizard, 13)) {
+        QWidget* page = wizard.GetWizardPage(13);
+        clickButton(page, QStringLiteral("applyPostCorrection"));
+        const std::pair<const char*, const char*> offsets[] = {
+            {"eastingEdit", "0.35"}, {"northingEdit", "-0.12"}, {"zEdit", "1.204"}};
+        for (const auto& [name, text] : offsets)
+            if (auto* edit = page->findChild<QLineEdit*>(QString::fromLatin1(name)))
+                edit->setText(QString::fromLatin1(text));
+        nextPage(wizard);
+    }
+    script.Verify();
+}
+
+// --- end of WIZPage10, WIZPage13 ---
+
 // Fills the pages as a person would, so that they are rendered with real values: every
 // nested dialog is answered by a script.
 void fillPages(GeoWizard& wizard) {
@@ -97,6 +158,8 @@ void fillPages(GeoWizard& wizard) {
     wizard.SetPrjFromOldPrj(true);
     wizard.SetPrePrjName(QStringLiteral("UTM Zone-31N"));
     wizard.SetUnit(QStringLiteral("Meters"));
+
+    fillGeoidAndPostPages(wizard);
 }
 
 // What a person does on a page after it became active (pages that refill themselves on every

@@ -233,14 +233,17 @@ TEST_F(PostPage, UncheckedHandsOverZerosAndOff) {
 }
 
 // The check box handler runs before the reload: a correction switched on in the static data
-// is only brought back when the box was already checked.
+// is only brought back when the box was already checked, whatever the sheet's flag said (as
+// after a system taken over with its post correction).
 TEST_F(PostPage, TheReloadNeedsTheBoxChecked) {
     OrvGeoStaticDataBase* staticData = wizard.GetGeoStatic();
     staticData->SetPostTranslation(1, 2, 3);
     staticData->SetPostModelName(key(GeoidKey::Ntv2Shift));
     staticData->SetPostModelFile(QStringLiteral("nl.gsb"));
     staticData->SetPostTranslationOn(true);
+    wizard.SetPosModStatu(true);
     reactivate();
+    EXPECT_FALSE(wizard.GetPosModStatu());
     EXPECT_FALSE(apply()->isChecked());
     EXPECT_EQ(edit("eastingEdit")->text(), QStringLiteral("0"));
     EXPECT_EQ(methods()->currentIndex(), 0);
