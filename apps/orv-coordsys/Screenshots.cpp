@@ -78,13 +78,10 @@ void fillNameAndExistingSystem(GeoWizard& wizard) {
 }
 
 // --- Geoid model and post correction pages (WIZPage10, WIZPage13) ---
-
-bool activatePage(GeoWizard& wizard, int number) {
-    const int index = wizard.GetPageIndex(wizard.GetWizardPage(number));
-    const bool active = index >= 0 && wizard.SetActivePage(index);
-    settle();
-    return active;
-}
+// Filled once shown (both read the system being built back on every activation, and the
+// existing-system page's copy replaces its geoid model and post correction): a GTX geoid grid,
+// proj-data's EGM96 grid, and a post correction of constant offsets. Each is then handed over
+// as Next would, without leaving the page, so that the pages shot later see it.
 
 // The person picks an entry of a page's list.
 void pickEntry(QWidget* page, const QString& list, const QString& text) {
@@ -102,35 +99,27 @@ void clickButton(QWidget* page, const QString& name) {
     settle();
 }
 
-void nextPage(GeoWizard& wizard) {
-    wizard.NextButton()->click();
-    settle();
+void fillGeoidPage(GeoWizard& wizard) {
+    QWidget* page = wizard.GetWizardPage(10);
+    pickEntry(page, QStringLiteral("methodCombo"), QStringLiteral("GTX Geoid Grid"));
+    const GeoidFiles::FileDialogRule* gtx = GeoidFiles::GeoidFileDialog(GeoidKey::Gtx);
+    ScriptedUi script;
+    script.ExpectFileOpen(GeoidFiles::Filter(*gtx), GeoidFiles::StartFolder(*gtx),
+                          QStringLiteral("/usr/share/proj/egm96_15.gtx"));
+    clickButton(page, QStringLiteral("browseFile"));
+    script.Verify();
+    wizard.GetWizardPage(10)->OnWizardNext();
 }
 
-// A GTX geoid grid (proj-data's EGM96 grid) and a post correction of constant offsets, each
-// page left with Next, which hands it over; the rendering's activation reads it back.
-void fillGeoidAndPostPages(GeoWizard& wizard) {
-    ScriptedUi script;
-    if (activatePage(wizard, 10)) {
-        QWidget* page = wizard.GetWizardPage(10);
-        pickEntry(page, QStringLiteral("methodCombo"), QStringLiteral("GTX Geoid Grid"));
-        const GeoidFiles::FileDialogRule* gtx = GeoidFiles::GeoidFileDialog(GeoidKey::Gtx);
-        script.ExpectFileOpen(GeoidFiles::Filter(*gtx), GeoidFiles::StartFolder(*gtx),
-                              QStringLiteral("/usr/share/proj/egm96_15.gtx"));
-        clickButton(page, QStringLiteral("browseFile"));
-        nextPage(wizard);
-    }
-    if (activatePage(wizard, 13)) {
-        QWidget* page = wizard.GetWizardPage(13);
-        clickButton(page, QStringLiteral("applyPostCorrection"));
-        const std::pair<const char*, const char*> offsets[] = {
-            {"eastingEdit", "0.35"}, {"northingEdit", "-0.12"}, {"zEdit", "1.204"}};
-        for (const auto& [name, text] : offsets)
-            if (auto* edit = page->findChild<QLineEdit*>(QString::fromLatin1(name)))
-                edit->setText(QString::fromLatin1(text));
-        nextPage(wizard);
-    }
-    script.Verify();
+void fillPostPage(GeoWizard& wizard) {
+    QWidget* page = wizard.GetWizardPage(13);
+    clickButton(page, QStringLiteral("applyPostCorrection"));
+    const std::pair<const char*, const char*> offsets[] = {
+        {"eastingEdit", "0.35"}, {"northingEdit", "-0.12"}, {"zEdit", "1.204"}};
+    for (const auto& [name, text] : offsets)
+        if (auto* edit = page->findChild<QLineEdit*>(QString::fromLatin1(name)))
+            edit->setText(QString::fromLatin1(text));
+    wizard.GetWizardPage(13)->OnWizardNext();
 }
 
 // --- end of WIZPage10, WIZPage13 ---
@@ -158,8 +147,6 @@ void fillPages(GeoWizard& wizard) {
     wizard.SetPrjFromOldPrj(true);
     wizard.SetPrePrjName(QStringLiteral("UTM Zone-31N"));
     wizard.SetUnit(QStringLiteral("Meters"));
-
-    fillGeoidAndPostPages(wizard);
 }
 
 // What a person does on a page after it became active (pages that refill themselves on every
@@ -175,6 +162,10 @@ void showActivePage(GeoWizard& wizard, int page) {
                 projections->Tree()->Select(item);
         }
     }
+    if (page == 10)
+        fillGeoidPage(wizard);
+    if (page == 13)
+        fillPostPage(wizard);
 }
 
 // Shows a dialog as its caller would (initialised, then prepared), renders it and closes it.
