@@ -2,6 +2,7 @@
 
 #include "api/OrvGeoDatabaseBase.h"
 #include "api/OrvGeoStaticDataBase.h"
+#include "dialogs/NameFilterProxy.h"
 #include "dialogs/NameTreeModel.h"
 #include "dialogs/PickerTree.h"
 #include "platform/DataExchange.h"
@@ -54,10 +55,9 @@ bool WIZPage4::FillTree() {
     if (!database || !staticData)
         return false;
 
-    // Every item goes, and with them the selection; a filter typed for the old list goes too.
+    // Every item goes, and with them the selection.
     m_ui->tree->setUpdatesEnabled(false);
     m_tree->SetEntries({});
-    m_tree->SetFilterText(QString());
     m_selName.clear();
     m_auxText.clear();
     m_infoText.clear();
@@ -81,6 +81,12 @@ bool WIZPage4::FillTree() {
     m_ui->tree->setUpdatesEnabled(false);
     m_tree->SetEntries(EntriesOf(names, m_codes)); // sorted as people read them
     QModelIndex item = m_tree->Model().FindTopLevel(current);
+    // The filter the person typed stays while it shows the entry to select: it goes when it
+    // hides the current transformation or, without one, every entry.
+    const bool hidden = item.isValid() ? !m_tree->Proxy().mapFromSource(item).isValid()
+                                       : !m_tree->FirstShown().isValid();
+    if (m_tree->Proxy().IsFiltering() && hidden)
+        m_tree->SetFilterText(QString());
     m_sheet->SetWizardButtons(kBackNext);
     if (!item.isValid())
         item = m_tree->FirstShown();

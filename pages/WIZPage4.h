@@ -17,11 +17,12 @@ class WIZPage4;
 // ellipsoids, filled afresh on every activation, beside the information on the selected one.
 // Next loads the selected transformation into the static data.
 //
-// The tree has the pickers' filter field (name fragment or EPSG code). Each fill starts
-// with the field empty, and with the field empty the page behaves as it always has: the
-// static data's current transformation is selected again when it is listed, else the first,
-// and Next is offered even when the list is empty. While a filter hides every entry there is
-// no selection to go on with, and only Back is offered.
+// The tree has the pickers' filter field (name fragment or EPSG code). With the field empty
+// the page behaves as it always has: the static data's current transformation is selected
+// again when it is listed, else the first, and Next is offered even when the list is empty.
+// A filter stays from one activation to the next while it shows the entry to select (the
+// current transformation, else any); otherwise the fill empties it. While a filter hides
+// every entry there is no selection to go on with, and only Back is offered.
 class WIZPage4 : public WizardPage {
     Q_OBJECT
 public:

@@ -129,7 +129,30 @@ TEST_F(DtfSelectionPage, TheFilterFindsByNameOrEpsgCode) {
     EXPECT_EQ(wizard.GetSelDtfName(), QStringLiteral("ED50 to WGS 84 (18)"));
 }
 
-// Each activation fills the tree afresh for the sheet's ellipsoids, with the filter empty.
+// A filter stays from one visit to the next while it shows the transformation to select.
+TEST_F(DtfSelectionPage, AFilterStaysWhileItShowsTheEntryToSelect) {
+    Open(kInternational);
+    typeFilter(QStringLiteral("1612"));
+    ASSERT_EQ(current(), QStringLiteral("ED50 to WGS 84 (23)"));
+    Next();
+    Back();
+    ASSERT_EQ(ShownPage(), 4);
+    EXPECT_EQ(Control<QLineEdit>(4, QStringLiteral("filterEdit"))->text(), QStringLiteral("1612"));
+    EXPECT_EQ(shownCount(), 1);
+    EXPECT_EQ(current(), QStringLiteral("ED50 to WGS 84 (23)"));
+
+    // a current transformation the filter hides empties it
+    wizard.GetGeoStatic()->SetDtfName(QStringLiteral("ED50 to WGS 84 (1)"));
+    Back();
+    Next();
+    ASSERT_EQ(ShownPage(), 4);
+    EXPECT_TRUE(Control<QLineEdit>(4, QStringLiteral("filterEdit"))->text().isEmpty());
+    EXPECT_EQ(shownCount(), 273);
+    EXPECT_EQ(current(), QStringLiteral("ED50 to WGS 84 (1)"));
+}
+
+// Each activation fills the tree afresh for the sheet's ellipsoids; a filter that would hide
+// every entry of the new list goes.
 TEST_F(DtfSelectionPage, EachActivationFillsForTheEllipsoidsOfThatMoment) {
     Open(kInternational);
     typeFilter(QStringLiteral("ED50"));
