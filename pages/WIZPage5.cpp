@@ -10,8 +10,6 @@
 #include "wizard/GeoWizard.h"
 #include "wizard/WzdUtility.h"
 
-#include <QSignalBlocker>
-
 namespace {
 
 constexpr unsigned kBackNext = PropertySheet::PSWIZB_BACK | PropertySheet::PSWIZB_NEXT;
@@ -65,7 +63,7 @@ WIZPage5::WIZPage5(GeoWizard* sheet)
         m_edits[i] = ContentArea()->findChild<QLineEdit*>(QLatin1String(kEditNames[i]));
     for (int i = 0; i < kLabelCount; ++i)
         m_labels[i] = ContentArea()->findChild<QLabel*>(QLatin1String(kLabelNames[i]));
-    connect(m_ui->method, &QComboBox::currentIndexChanged, this, &WIZPage5::OnSelchangeMethod);
+    connect(m_ui->method, &QComboBox::activated, this, &WIZPage5::OnSelchangeMethod);
     connect(m_ui->name, &QLineEdit::textChanged, this, &WIZPage5::OnChangeName);
 }
 
@@ -87,10 +85,7 @@ bool WIZPage5::OnInitDialog() {
         InitFields();
         return true;
     }
-    {
-        const QSignalBlocker quiet(m_ui->method);
-        WzdUtility().FillMethodList(staticData, m_ui->method);
-    }
+    WzdUtility().FillMethodList(staticData, m_ui->method);
     m_methodIndex = m_ui->method->currentIndex();
     m_methodName = m_ui->method->currentText();
     m_values.fill(0.0);
@@ -171,7 +166,6 @@ void WIZPage5::StartNewDtf() {
 }
 
 void WIZPage5::SelectMethodEntry(int index) {
-    const QSignalBlocker quiet(m_ui->method);
     m_ui->method->setCurrentIndex(index >= 0 && index < m_ui->method->count() ? index : -1);
 }
 

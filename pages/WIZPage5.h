@@ -47,7 +47,7 @@ public:
     bool OnSetActive() override;
     int OnWizardNext() override;
 
-    // A method chosen in the combo (its index in the method list).
+    // A method the person chose in the combo (its index in the method list).
     void OnSelchangeMethod(int index);
     // Every change of the name.
     void OnChangeName();

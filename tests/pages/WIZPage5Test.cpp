@@ -58,6 +58,12 @@ protected:
     QString text(const char* name) { return edit(name)->text(); }
     QLineEdit* nameEdit() { return edit("name"); }
     QComboBox* method() { return Control<QComboBox>(5, QStringLiteral("method")); }
+    // The person picks a method of the list.
+    void pickMethod(int index) {
+        method()->setCurrentIndex(index);
+        emit method()->activated(index);
+        Flush();
+    }
     QString groupTitle() { return Control<QGroupBox>(5, QStringLiteral("dtfGroup"))->title(); }
     int shownEdits() {
         int shown = 0;
@@ -161,7 +167,7 @@ TEST_F(DtfParametersPage, TheMethodDecidesTheValuesShownAndTheRotationSign) {
     OpenNew(QStringLiteral("North Sea"));
     const COrvUnitCnv& cnv = StaticFormats::GetUnitCnv();
 
-    method()->setCurrentIndex(DTF_15_POSITION_VECTOR);
+    pickMethod(DTF_15_POSITION_VECTOR);
     EXPECT_EQ(shownEdits(), 15);
     EXPECT_EQ(shownLabels(), 9);
     EXPECT_EQ(cnv.Factor(COrvUnitCnv::RotationCategory), 1.0);
@@ -173,7 +179,7 @@ TEST_F(DtfParametersPage, TheMethodDecidesTheValuesShownAndTheRotationSign) {
     edit("rateShiftX")->setText(QStringLiteral("0.0015"));
     edit("epoch")->setText(QStringLiteral("2010.5"));
 
-    method()->setCurrentIndex(DTF_15_COORDINATE_FRAME);
+    pickMethod(DTF_15_COORDINATE_FRAME);
     EXPECT_EQ(cnv.Factor(COrvUnitCnv::RotationCategory), -1.0);
     EXPECT_EQ(page()->GetValues()[3], 0.25); // held as typed under the sign +1 ...
     EXPECT_EQ(text("rotationX"), QStringLiteral("-0.250000")); // ... shown with the new sign
@@ -182,7 +188,7 @@ TEST_F(DtfParametersPage, TheMethodDecidesTheValuesShownAndTheRotationSign) {
     EXPECT_EQ(text("epoch"), QStringLiteral("2010.500"));
 
     // index 1 after a fifteen-value method: the rates and the epoch are 0 and hidden
-    method()->setCurrentIndex(DTF_7_POSITION_VECTOR);
+    pickMethod(DTF_7_POSITION_VECTOR);
     EXPECT_EQ(shownEdits(), 7);
     EXPECT_EQ(shownLabels(), 7);
     EXPECT_FALSE(Control<QLabel>(5, QStringLiteral("rateHeading"))->isVisibleTo(Page(5)));
@@ -194,9 +200,9 @@ TEST_F(DtfParametersPage, TheMethodDecidesTheValuesShownAndTheRotationSign) {
     EXPECT_EQ(page()->GetMethodName(), QStringLiteral("Position Vector (7 parameters)"));
     EXPECT_EQ(page()->GetMethodIndex(), 1);
 
-    method()->setCurrentIndex(DTF_7_COORDINATE_FRAME);
+    pickMethod(DTF_7_COORDINATE_FRAME);
     EXPECT_EQ(cnv.Factor(COrvUnitCnv::RotationCategory), -1.0);
-    method()->setCurrentIndex(DTF_NONE);
+    pickMethod(DTF_NONE);
     EXPECT_EQ(shownEdits(), 0);
     EXPECT_EQ(page()->GetValues(), DtfValues{});
 }
@@ -205,7 +211,7 @@ TEST_F(DtfParametersPage, TheMethodDecidesTheValuesShownAndTheRotationSign) {
 // method change does not happen, and nothing reaches the sheet or the static data.
 TEST_F(DtfParametersPage, ATextThatIsNoNumberIsRefused) {
     OpenNew(QStringLiteral("North Sea"));
-    method()->setCurrentIndex(DTF_7_POSITION_VECTOR);
+    pickMethod(DTF_7_POSITION_VECTOR);
     const DtfState before = staticDtf();
     edit("shiftY")->setText(QStringLiteral("12,5 m"));
 
@@ -220,7 +226,7 @@ TEST_F(DtfParametersPage, ATextThatIsNoNumberIsRefused) {
 
     ui.ExpectMessage(QStringLiteral("Please enter a number."), QString(), MsgButtons::Ok,
                      MsgAnswer::Ok);
-    method()->setCurrentIndex(DTF_15_POSITION_VECTOR);
+    pickMethod(DTF_15_POSITION_VECTOR);
     EXPECT_EQ(method()->currentIndex(), DTF_7_POSITION_VECTOR);
     EXPECT_EQ(shownEdits(), 7);
     EXPECT_EQ(text("shiftY"), QStringLiteral("12,5 m"));
@@ -279,7 +285,7 @@ TEST_F(DtfParametersPage, AChangedPredefinedTransformationNeedsANewName) {
     EXPECT_EQ(staticDtf(), before);
 
     edit("shiftX")->setText(QStringLiteral("0.061550"));
-    method()->setCurrentIndex(DTF_15_POSITION_VECTOR);
+    pickMethod(DTF_15_POSITION_VECTOR);
     ui.ExpectMessage(kPredefinedChanged, kCaption, MsgButtons::Ok, MsgAnswer::Ok);
     Next();
     EXPECT_EQ(ShownPage(), 5);
@@ -316,7 +322,7 @@ TEST_F(DtfParametersPage, AChangedUserDefinedTransformationKeepsThePageEitherWay
     EXPECT_EQ(staticDtf(), before);
 
     edit("scale")->setText(QStringLiteral("-20.500000"));
-    method()->setCurrentIndex(DTF_7_COORDINATE_FRAME);
+    pickMethod(DTF_7_COORDINATE_FRAME);
     Next();
     EXPECT_NE(ShownPage(), 5);
     EXPECT_EQ(staticDtf().name, kUserDtf);
@@ -350,7 +356,7 @@ TEST_F(DtfParametersPage, ANewTransformationNeedsANameNotStoredYet) {
 // a selection on the selection page starts them again from the transformation chosen.
 TEST_F(DtfParametersPage, TheFieldsAreInitialisedOncePerChoice) {
     OpenNew(QStringLiteral("North Sea"));
-    method()->setCurrentIndex(DTF_7_POSITION_VECTOR);
+    pickMethod(DTF_7_POSITION_VECTOR);
     edit("shiftZ")->setText(QStringLiteral("-121.25"));
     nameEdit()->setText(QStringLiteral("Kept"));
     Back();
@@ -418,7 +424,7 @@ TEST_F(DtfParametersPage, WalkWithANewFifteenValueTransformationTypedByHand) {
     EXPECT_EQ(text("name"), QStringLiteral("Nordsee \"Ølfeld\" 100%-dtf"));
     EXPECT_EQ(groupTitle(), QStringLiteral("Transformation from  WGS 84 to International 1924"));
 
-    method()->setCurrentIndex(DTF_15_COORDINATE_FRAME);
+    pickMethod(DTF_15_COORDINATE_FRAME);
     const char* typed[15] = {"-87.5",      "-98.25",   "-121.125", "0.123456", "-0.25",
                              "1.5",        "2.75",     "0.0012",   "-0.0025",  "0.003",
                              "0.00012345", "-0.00002", "0.00005",  "0.001",    "2010.5"};
