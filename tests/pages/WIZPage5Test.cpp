@@ -5,6 +5,7 @@
 #include "api/OrvGeoStaticDataBase.h"
 #include "dialogs/PickerTree.h"
 #include "dialogs/SelEllipsoidDlg.h"
+#include "pages/WIZPage1.h"
 #include "pages/WIZPage4.h"
 #include "pages/WIZPage5.h"
 #include "store/SqliteStaticData.h"
@@ -230,6 +231,40 @@ TEST_F(DtfParametersPage, ATextThatIsNoNumberIsRefused) {
     EXPECT_EQ(method()->currentIndex(), DTF_7_POSITION_VECTOR);
     EXPECT_EQ(shownEdits(), 7);
     EXPECT_EQ(text("shiftY"), QStringLiteral("12,5 m"));
+}
+
+// A system based on a stored one: the existing-system page leads here with the stored
+// system's transformation, which goes on unchanged, exactly as stored.
+TEST_F(DtfParametersPage, BasedOnAStoredSystemItsTransformationGoesOnUnchanged) {
+    const QString osgb = QStringLiteral("OSGB36 to WGS 84 (6)");
+    OpenOn(0);
+    Control<QLineEdit>(0, QStringLiteral("newSystemName"))
+        ->setText(QStringLiteral("OSGB36 / BNG (Thames site grid)"));
+    Click(0, QStringLiteral("basedOnExisting"));
+    Next();
+    ASSERT_EQ(ShownPage(), 1);
+    auto* existing = static_cast<WIZPage1*>(Page(1));
+    const NameTreeModel& model = existing->Tree()->Model();
+    const QModelIndex group = model.FindTopLevel(QStringLiteral("UK"));
+    for (int row = 0; row < model.rowCount(group); ++row)
+        if (model.NameAt(model.index(row, 0, group)) ==
+            QStringLiteral("OSGB36 / British National Grid"))
+            existing->Tree()->Select(model.index(row, 0, group));
+    Flush();
+    Next();
+    ASSERT_EQ(ShownPage(), 5);
+    EXPECT_EQ(text("name"), osgb);
+    EXPECT_EQ(method()->currentText(), QStringLiteral("Position Vector (7 parameters)"));
+    EXPECT_EQ(text("shiftX"), QStringLiteral("446.448000"));
+    EXPECT_EQ(text("scale"), QStringLiteral("-20.489000"));
+    EXPECT_EQ(shownEdits(), 7);
+    EXPECT_EQ(groupTitle(), QStringLiteral("Transformation from  WGS 84 to Airy 1830"));
+    Next();
+    EXPECT_NE(ShownPage(), 5);
+    EXPECT_EQ(staticDtf().name, osgb);
+    EXPECT_EQ(staticDtf().methodIndex, DTF_7_POSITION_VECTOR);
+    EXPECT_EQ(staticDtf().values, storedValues(osgb));
+    EXPECT_EQ(staticDtf().option, DTF_OPTION_PUBLISHED_TO_WGS84);
 }
 
 // The values of a stored transformation in their formats: six decimals, eight for the rates,
