@@ -101,7 +101,14 @@ bool GeoCoordSys::DefineSystem(const QString& s1, const QString& s2, const QStri
     // Lengths of the projection's parameters are in the projection's own unit.
     const ProjectionRecord& prj = def->projection;
     if (!prj.unitName.isEmpty() && prj.unitName.compare(def->unit.name, Qt::CaseInsensitive) != 0) {
-        if (const auto unit = m_store->FindUnit(prj.unitName); unit && unit->metersPerUnit > 0)
+        QString failure;
+        const auto unit = m_store->FindUnit(prj.unitName, GEODB_ALL, &failure);
+        if (!failure.isEmpty()) {
+            m_error = failure;
+            Reset();
+            return false;
+        }
+        if (unit && unit->metersPerUnit > 0)
             options.projectionUnitFactor = unit->metersPerUnit;
     }
     return Define(*def, options);

@@ -27,6 +27,26 @@ QString quoteIfNeeded(const QString& value) {
     return outerBlanks || looksQuoted ? u'"' + value + u'"' : value;
 }
 
+// A comment line that marks a file as Latin-1: '«' and '»' are 0xAB and 0xBB, bytes that
+// are never a letter of their own in UTF-8.
+const QString Latin1Marker = QStringLiteral("; Latin-1 (ISO 8859-1) text \u00ab\u00bb");
+
+// True when bytes meant as Latin-1 are also valid UTF-8 with other letters in it.
+bool ReadsAsOtherUtf8(const QByteArray& data) {
+    bool ascii = true;
+    for (char c : data) {
+        if (static_cast<unsigned char>(c) >= 0x80) {
+            ascii = false;
+            break;
+        }
+    }
+    if (ascii)
+        return false;
+    QStringDecoder decoder(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
+    const QString asUtf8 = decoder(data);
+    return !decoder.hasError() && asUtf8 != QString::fromLatin1(data);
+}
+
 bool hasLineBreak(const QString& text) {
     return text.contains(u'\n') || text.contains(u'\r');
 }
@@ -68,14 +88,16 @@ bool FileObject::FileOpen(const QString& path, unsigned mode) {
     if (file.error() != QFileDevice::NoError || data.size() > MaxFileSize)
         return false;
 
+    // Stateless: a sequence cut off at the end of the file is an error, not a byte held
+    // back for more input (which would drop the last letter of a Latin-1 file).
     QString text;
     if (const auto bomEncoding = QStringConverter::encodingForData(data)) {
         m_encoding = *bomEncoding;
         m_bom = true;
-        QStringDecoder decoder(m_encoding);
+        QStringDecoder decoder(m_encoding, QStringConverter::Flag::Stateless);
         text = decoder(data);
     } else {
-        QStringDecoder decoder(QStringConverter::Utf8);
+        QStringDecoder decoder(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
         text = decoder(data);
         if (decoder.hasError()) {
             // Older tools write the settings in an 8-bit code page; keep the bytes readable.
@@ -197,9 +219,13 @@ bool FileObject::SetItem(const QString& section, const QString& key, const QStri
 bool FileObject::Save() {
     if (m_path.isEmpty())
         return false;
-    QString text = m_lines.join(m_lineEnd);
-    if (m_endsWithLineEnd && !m_lines.isEmpty())
-        text += m_lineEnd;
+    auto joined = [this] {
+        QString text = m_lines.join(m_lineEnd);
+        if (m_endsWithLineEnd && !m_lines.isEmpty())
+            text += m_lineEnd;
+        return text;
+    };
+    QString text = joined();
 
     QStringConverter::Encoding encoding = m_encoding;
     if (encoding == QStringConverter::Latin1) {
@@ -210,9 +236,16 @@ bool FileObject::Save() {
             }
         }
     }
-    QStringEncoder encoder(encoding, m_bom ? QStringConverter::Flag::WriteBom
-                                           : QStringConverter::Flag::Default);
-    const QByteArray data = encoder(text);
+    const auto flags = m_bom ? QStringConverter::Flag::WriteBom : QStringConverter::Flag::Default;
+    QByteArray data = QStringEncoder(encoding, flags)(text);
+    if (encoding == QStringConverter::Latin1 && ReadsAsOtherUtf8(data)) {
+        // Latin-1 bytes that happen to be valid UTF-8 ("Ã©") would read back as other
+        // letters ("é"). A comment with two bytes that UTF-8 never holds alone keeps the
+        // file Latin-1, for this reader and for older programs alike.
+        m_lines.append(Latin1Marker);
+        text = joined();
+        data = QStringEncoder(encoding, flags)(text);
+    }
 
     // Written to a temporary file and renamed, so a failed save leaves the old file whole.
     QSaveFile file(m_path);

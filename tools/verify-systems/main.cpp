@@ -33,7 +33,11 @@ int main(int argc, char** argv) {
         err << "Cannot open the data source: " << why << "\n";
         return 2;
     }
-    const QList<StoredSystemRef> systems = PreDefinedSystems(*store);
+    const QList<StoredSystemRef> systems = PreDefinedSystems(*store, &why);
+    if (!why.isEmpty()) {
+        err << why << "\n";
+        return 2;
+    }
     GeoCoordSys cs(std::move(store));
     const double tol = parser.value(tolerance).toDouble();
 
