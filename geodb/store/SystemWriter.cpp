@@ -375,10 +375,31 @@ bool SaveDtf(GeoStore& store, SystemDraft& d, QString* error) {
         return true;
     }
     // The engine takes a default observation epoch as the time of every position.
-    if (t.obsEpoch != 0.0 && (t.obsEpoch < 1900.0 || t.obsEpoch > 2200.0)) {
+    if (!IsObservationEpochValid(t.obsEpoch)) {
         *error = QStringLiteral("The default observation epoch %1 of the datum transformation "
-                                "\"%2\" is not a year between 1900 and 2200 (0 for none).")
-                     .arg(QString::number(t.obsEpoch, 'g', 12), t.name);
+                                "\"%2\" is not a year between %3 and %4 (0 for none).")
+                     .arg(QString::number(t.obsEpoch, 'g', 12), t.name)
+                     .arg(ObservationEpochMin, 0, 'f', 0)
+                     .arg(ObservationEpochMax, 0, 'f', 0);
+        return false;
+    }
+    // The rates of a 15-value transformation count from its reference epoch: without it
+    // every position is moved by the rates times two thousand years, some hundred metres.
+    const double epoch = t.values[14];
+    if (t.methodIndex >= DTF_15_POSITION_VECTOR &&
+        !(epoch >= ObservationEpochMin && epoch <= ObservationEpochMax)) {
+        *error = epoch == 0.0
+                     ? QStringLiteral("The field \"Datum Epoch\" of the time-dependent datum "
+                                      "transformation \"%1\" is 0. Enter the year its parameters "
+                                      "refer to (for example 2010.0): without it every position is "
+                                      "off by up to a hundred metres.")
+                           .arg(t.name)
+                     : QStringLiteral("The field \"Datum Epoch\" of the time-dependent datum "
+                                      "transformation \"%1\" is %2, not a year between %3 and "
+                                      "%4.")
+                           .arg(t.name, QString::number(epoch, 'g', 12))
+                           .arg(ObservationEpochMin, 0, 'f', 0)
+                           .arg(ObservationEpochMax, 0, 'f', 0);
         return false;
     }
     QSqlDatabase db = store.userDb();

@@ -311,7 +311,10 @@ bool BumpChangeCounter(const QString& path) {
 MiniStore::MiniStore() {
     QString error;
     m_ok = m_dir.isValid() && CreateSchemaFile(systemDbPath()) &&
-           ExecOn(systemDbPath(), MiniContents(), &error);
+           ExecOn(systemDbPath(),
+                  QStringList{QStringLiteral("BEGIN")} + MiniContents() +
+                      QStringList{QStringLiteral("COMMIT")},
+                  &error);
     if (!error.isEmpty())
         qWarning("%s", qPrintable(error));
 }
