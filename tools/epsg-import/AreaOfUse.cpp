@@ -34,6 +34,22 @@ bool Box::Intersects(const Box& other) const {
     return false;
 }
 
+bool Box::Contains(const Box& other) const {
+    // EPSG gives extents to a hundredth of a degree; a rounding difference is no gap.
+    constexpr double Slack = 1e-6;
+    if (!valid || !other.valid || other.south < south - Slack || other.north > north + Slack)
+        return false;
+    const auto mine = Intervals();
+    for (const auto& [w2, e2] : other.Intervals()) {
+        const bool covered = std::any_of(mine.begin(), mine.end(), [&](const auto& interval) {
+            return interval.first <= w2 + Slack && e2 <= interval.second + Slack;
+        });
+        if (!covered)
+            return false;
+    }
+    return true;
+}
+
 QList<std::pair<double, double>> Box::Intervals() const {
     if (west <= east)
         return {{west, east}};
