@@ -244,7 +244,9 @@ bool HasSchemaTables(QSqlDatabase& db, QString* error) {
         SetError(error, reason);
         return false;
     }
-    for (const auto& [table, columns] : expected) {
+    for (const auto& entry : expected) {
+        const QString& table = entry.first;
+        const QStringList& columns = entry.second;
         const auto found = std::find_if(present.begin(), present.end(),
                                         [&](const auto& t) { return t.first == table; });
         if (found == present.end()) {

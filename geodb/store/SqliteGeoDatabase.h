@@ -3,6 +3,8 @@
 #include "api/OrvGeoDatabaseBase.h"
 #include "store/GeoStore.h"
 
+#include <QVariant>
+
 #include <memory>
 
 // The database object on the two SQLite files of a GeoStore.

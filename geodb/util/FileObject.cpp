@@ -6,6 +6,8 @@
 #include <QStringDecoder>
 #include <QStringEncoder>
 
+#include <algorithm>
+
 namespace {
 
 // An ini file larger than this is not a settings file; refuse it rather than read it whole.
@@ -84,7 +86,10 @@ bool FileObject::FileOpen(const QString& path, unsigned mode) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return false;
-    const QByteArray data = file.read(MaxFileSize + 1);
+    // Sized by the file, not by the limit: read(limit) would claim 16 MB for every opening.
+    QByteArray data = file.read(std::min(info.size(), MaxFileSize) + 1);
+    while (!file.atEnd() && data.size() <= MaxFileSize && file.error() == QFileDevice::NoError)
+        data += file.read(MaxFileSize + 1 - data.size()); // the file grew meanwhile
     if (file.error() != QFileDevice::NoError || data.size() > MaxFileSize)
         return false;
 
@@ -183,8 +188,9 @@ bool FileObject::SetItem(const QString& section, const QString& key, const QStri
     const QString keyName = key.trimmed();
     if (keyName.isEmpty() || keyName.contains(u'=') || keyName.startsWith(u'[') ||
         keyName.startsWith(u';') || keyName.startsWith(u'#') || sectionName.contains(u']') ||
-        hasLineBreak(section) || hasLineBreak(key) || hasLineBreak(value))
-        return false;
+        hasLineBreak(section) || hasLineBreak(key) || hasLineBreak(value) ||
+        !section.isValidUtf16() || !key.isValidUtf16() || !value.isValidUtf16())
+        return false; // a lone surrogate has no encoding and would read back as another text
 
     const QStringList before = m_lines;
     const QString folded = fold(keyName);

@@ -35,7 +35,8 @@ public:
     // Writing (used by hosts and tests): changes the items and saves the file atomically.
     // SetItem keeps comments, order and the other lines as they were; it refuses (false,
     // nothing changed) an empty or malformed key, a section name holding ']', any line
-    // break, and a file that was never opened. When the save fails, the items stay as before.
+    // break, text that is not valid UTF-16 (a lone surrogate) and a file that was never
+    // opened. When the save fails, the items stay as before.
     bool SetItem(const QString& section, const QString& key, const QString& value);
     bool Save();
 

@@ -267,3 +267,18 @@ TEST_F(FileObjectTest, EveryValueReadsBackAsItWasSet) {
         }
     }
 }
+
+TEST_F(FileObjectTest, TextWithALoneSurrogateIsRefused) {
+    // Found by the fuzz harness IniFile: such a value was written as U+FFFD and read back
+    // as another text.
+    const QString path = write("[S]\nk=v\n", QStringLiteral("surrogate.ini"));
+    FileObject ini;
+    ASSERT_TRUE(ini.FileOpen(path, FileObject::Read));
+    const QString lone = QStringLiteral("a") + QChar(char16_t(0xd900)) + QStringLiteral("b");
+    EXPECT_FALSE(ini.SetItem(QStringLiteral("S"), QStringLiteral("k"), lone));
+    EXPECT_FALSE(ini.SetItem(lone, QStringLiteral("k"), QStringLiteral("v")));
+    EXPECT_FALSE(ini.SetItem(QStringLiteral("S"), lone, QStringLiteral("v")));
+    EXPECT_EQ(read(path), QByteArray("[S]\nk=v\n"));
+    // A surrogate pair is a letter like any other.
+    EXPECT_TRUE(ini.SetItem(QStringLiteral("S"), QStringLiteral("k"), QStringLiteral("𝔘")));
+}

@@ -40,9 +40,10 @@ bool Box::Contains(const Box& other) const {
     if (!valid || !other.valid || other.south < south - Slack || other.north > north + Slack)
         return false;
     const auto mine = Intervals();
-    for (const auto& [w2, e2] : other.Intervals()) {
+    for (const auto& theirs : other.Intervals()) {
         const bool covered = std::any_of(mine.begin(), mine.end(), [&](const auto& interval) {
-            return interval.first <= w2 + Slack && e2 <= interval.second + Slack;
+            return interval.first <= theirs.first + Slack &&
+                   theirs.second <= interval.second + Slack;
         });
         if (!covered)
             return false;

@@ -30,9 +30,9 @@ bool AreaBox::Contains(const AreaBox& other) const {
     if (other.south < south - Slack || other.north > north + Slack)
         return false;
     const auto mine = Intervals();
-    for (const auto& [w, e] : other.Intervals()) {
+    for (const auto& theirs : other.Intervals()) {
         if (std::none_of(mine.begin(), mine.end(), [&](const auto& i) {
-                return i.first <= w + Slack && e <= i.second + Slack;
+                return i.first <= theirs.first + Slack && theirs.second <= i.second + Slack;
             }))
             return false;
     }
