@@ -18,6 +18,16 @@ bool Converted(const GeoPoint& p) {
     return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z) && p.x != HUGE_VAL;
 }
 
+QString EpochRefused(const GeoPoint& p) {
+    return QStringLiteral("The point %1, %2 cannot be converted: its observation epoch %3 is not "
+                          "a year from %4 to %5 (0 takes the stored default epoch).")
+        .arg(p.x, 0, 'f', 9)
+        .arg(p.y, 0, 'f', 9)
+        .arg(QString::number(p.time, 'g', 12))
+        .arg(ObservationEpochMin, 0, 'f', 0)
+        .arg(ObservationEpochMax, 0, 'f', 0);
+}
+
 } // namespace
 
 GeoCoordSys::GeoCoordSys(std::unique_ptr<GeoStore> store) : m_store(std::move(store)) {}
@@ -101,7 +111,14 @@ bool GeoCoordSys::DefineSystem(const QString& s1, const QString& s2, const QStri
     // Lengths of the projection's parameters are in the projection's own unit.
     const ProjectionRecord& prj = def->projection;
     if (!prj.unitName.isEmpty() && prj.unitName.compare(def->unit.name, Qt::CaseInsensitive) != 0) {
-        if (const auto unit = m_store->FindUnit(prj.unitName); unit && unit->metersPerUnit > 0)
+        QString failure;
+        const auto unit = m_store->FindUnit(prj.unitName, GEODB_ALL, &failure);
+        if (!failure.isEmpty()) {
+            m_error = failure;
+            Reset();
+            return false;
+        }
+        if (unit && unit->metersPerUnit > 0)
             options.projectionUnitFactor = unit->metersPerUnit;
     }
     return Define(*def, options);
@@ -187,10 +204,20 @@ std::size_t GeoCoordSys::Convert(int direction, GeoPoint* points, bool* ok, std:
         const std::size_t n = std::min(ChunkSize, count - start);
         GeoPoint* chunk = points + start;
         std::memcpy(m_backup.data(), chunk, n * sizeof(GeoPoint));
+        // A point whose epoch is no year fails alone, whatever the system: it would be taken
+        // as the time of the position (years from the epoch are metres in the result).
+        bool anyBadEpoch = false;
+        for (std::size_t i = 0; i < n; ++i) {
+            if (!IsObservationEpochValid(chunk[i].time)) {
+                anyBadEpoch = true;
+                chunk[i].x = HUGE_VAL; // not converted; restored below
+                chunk[i].time = ObservationEpochNone;
+            }
+        }
         double* t = nullptr;
         if (m_spec.timeDependent) {
             for (std::size_t i = 0; i < n; ++i) {
-                if (chunk[i].time == 0)
+                if (chunk[i].time == ObservationEpochNone)
                     chunk[i].time = m_spec.defaultEpoch;
             }
             t = &chunk->time;
@@ -200,10 +227,16 @@ std::size_t GeoCoordSys::Convert(int direction, GeoPoint* points, bool* ok, std:
                            n, &chunk->z, sizeof(GeoPoint), n, t, t ? sizeof(GeoPoint) : 0,
                            t ? n : 0);
         for (std::size_t i = 0; i < n; ++i) {
-            const bool good = Converted(chunk[i]);
+            const bool badEpoch = anyBadEpoch && !IsObservationEpochValid(m_backup[i].time);
+            const bool good = !badEpoch && Converted(chunk[i]);
             if (good) {
                 chunk[i].time = m_backup[i].time;
                 ++converted;
+            } else if (badEpoch) {
+                if (!reported)
+                    m_error = EpochRefused(m_backup[i]);
+                reported = true;
+                chunk[i] = m_backup[i];
             } else {
                 if (!reported) {
                     // Ask PROJ once more for this point alone, for the reason.

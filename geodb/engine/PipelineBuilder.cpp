@@ -496,6 +496,27 @@ bool Build(pj_ctx* ctx, const SystemDefinition& def, const PipelineOptions& opti
                     .arg(def.dtf.name);
         return false;
     }
+    if (def.dtf.methodIndex >= DTF_15_POSITION_VECTOR) {
+        // Without its epoch a 15-value transformation moves every point by the rates times
+        // some two thousand years; a default observation epoch that is no year does the same.
+        const double epoch = def.dtf.values[14];
+        if (!(epoch >= ObservationEpochMin && epoch <= ObservationEpochMax)) {
+            error = QStringLiteral("The time-dependent datum transformation \"%1\" has no "
+                                   "reference epoch (Datum Epoch %2 is not a year from %3 to %4).")
+                        .arg(def.dtf.name, QString::number(epoch, 'g', 12))
+                        .arg(ObservationEpochMin, 0, 'f', 0)
+                        .arg(ObservationEpochMax, 0, 'f', 0);
+            return false;
+        }
+    }
+    if (def.dtf.methodIndex != DTF_NONE && !IsObservationEpochValid(def.dtf.obsEpoch)) {
+        error = QStringLiteral("The default observation epoch %1 of the datum transformation "
+                               "\"%2\" is not a year from %3 to %4.")
+                    .arg(QString::number(def.dtf.obsEpoch, 'g', 12), def.dtf.name)
+                    .arg(ObservationEpochMin, 0, 'f', 0)
+                    .arg(ObservationEpochMax, 0, 'f', 0);
+        return false;
+    }
     if (!helmert.isEmpty()) {
         if (heightSteps)
             steps << QStringLiteral("+proj=push +v_3");

@@ -21,6 +21,15 @@ QString Full(double value) {
     return QString::number(value, 'g', 15);
 }
 
+bool IsTimeDependent(const DtfRecord& dtf) {
+    return dtf.methodIndex == DTF_15_POSITION_VECTOR || dtf.methodIndex == DTF_15_COORDINATE_FRAME;
+}
+
+// The epoch a point without one of its own is transformed at.
+double DefaultEpoch(const DtfRecord& dtf) {
+    return dtf.obsEpoch != 0.0 ? dtf.obsEpoch : dtf.values[14];
+}
+
 void AddDtfValues(QString& out, int level, const DtfRecord& dtf) {
     static const char* const Labels[7] = {"Shift X",    "Shift Y",    "Shift Z", "Rotation X",
                                           "Rotation Y", "Rotation Z", "Scale"};
@@ -120,9 +129,19 @@ QString Dtf(const DtfRecord& dtf) {
             out += Line(1, QStringLiteral("The values are those published for %1 -> WGS 84; "
                                           "WGS 84 -> %1 applies them inverted.")
                                .arg(dtf.localDatum.isEmpty() ? dtf.dstEllipsoid : dtf.localDatum));
-        if (dtf.obsEpoch != 0.0)
+        if (IsTimeDependent(dtf)) {
+            const QString epoch = Fixed(DefaultEpoch(dtf), 3);
+            out += Line(1, QStringLiteral("Default observation epoch: %1 (taken for every point "
+                                          "given without an observation epoch of its own)")
+                               .arg(epoch));
+            out += Line(1, QStringLiteral("A present-day observation needs its observation "
+                                          "epoch: without one it is transformed as if observed "
+                                          "in %1.")
+                               .arg(epoch));
+        } else if (dtf.obsEpoch != 0.0) {
             out += Line(
                 1, QStringLiteral("Default observation epoch: %1").arg(Fixed(dtf.obsEpoch, 3)));
+        }
     }
     out += Line(1, dtf.accuracy > 0 ? QStringLiteral("Accuracy: %1 m").arg(Full(dtf.accuracy))
                                     : QStringLiteral("Accuracy: unknown"));
@@ -210,8 +229,10 @@ QString System(const SystemRecord& s, const DtfRecord* dtf, const ProjectionReco
             out += Line(2, QStringLiteral("Rotations: %1, %2, %3\"")
                                .arg(Fixed(v[3], 6), Fixed(v[4], 6), Fixed(v[5], 6)));
             out += Line(2, QStringLiteral("Scale: %1 ppm").arg(Fixed(v[6], 6)));
-            if (dtf->methodIndex >= DTF_15_POSITION_VECTOR)
-                out += Line(2, QStringLiteral("Yearly rates, epoch %1").arg(Fixed(v[14], 3)));
+            if (IsTimeDependent(*dtf))
+                out += Line(2, QStringLiteral("Yearly rates, epoch %1; points without an "
+                                              "observation epoch are taken at %2")
+                                   .arg(Fixed(v[14], 3), Fixed(DefaultEpoch(*dtf), 3)));
         }
     }
     out += Line(

@@ -159,13 +159,14 @@ void SqliteStaticData::SetDtfName(const QString& name, const QString&) {
 
 void SqliteStaticData::SelectLocalEllipsoid(const QString& ellipsoid, const QString&) {
     m_draft.system.localEllipsoid = ellipsoid;
-    if (const auto e = m_store->FindEllipsoid(ellipsoid))
+    // A look-up that cannot be read leaves the values; saving reads again and refuses.
+    if (const auto e = m_store->FindEllipsoid(ellipsoid, GEODB_ALL, &m_lastError))
         m_draft.localValues = e->values;
 }
 
 void SqliteStaticData::SetUnitName(const QString& unit, const QString&) {
     m_draft.unit.name = unit;
-    if (const auto u = m_store->FindUnit(unit)) {
+    if (const auto u = m_store->FindUnit(unit, GEODB_ALL, &m_lastError)) {
         m_draft.unit.metersPerUnit = u->metersPerUnit;
         m_draft.unit.suffix = u->suffix;
         m_draft.unit.description = u->description;
