@@ -9,6 +9,7 @@
 
 class CMaskEdit;
 class OrvGeoStaticDataBase;
+struct PrjParamBlock;
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -87,6 +88,19 @@ public:
     // and a scale factor not bigger than 0.8, are refused with a message (parent: the
     // message's owner); the failing row is focused.
     bool ReadParameterRows(EditRows edits, QList<double>& numbers, QWidget* parent);
+
+    // The parameters of a projection method with their default values ("%f" texts), as
+    // LayoutParameterRows takes them; empty lists for an unknown method.
+    static void MethodDefaultParameters(const QString& methodName, QStringList& names,
+                                        QStringList& values, QList<unsigned>& types);
+    // The parameters for SetProjectionParameters, as the rows of the last layout show them:
+    // every parameter of the layout (those without a row with their values as laid out),
+    // each row's parameter with the row's text and number (rowNumbers from
+    // ReadParameterRows); the UTM zone and hemisphere parameters take the lists' texts.
+    void CollectParameters(EditRows edits, const QList<double>& rowNumbers,
+                           const QStringList& names, const QStringList& values,
+                           const QString& zoneText, const QString& hemisphereText,
+                           PrjParamBlock& block, QStringList& texts) const;
 
     // Angles: the text without mask placeholders through StringToGeo (0.0 when it is no
     // angle); formatting through FormatGeogs as latitude (kind 10) or longitude (kind 11).
