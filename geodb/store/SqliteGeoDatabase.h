@@ -96,6 +96,9 @@ private:
     // every length converted into that unit.
     std::optional<ProjectionRecord> Projection(const QString& name) const;
     QStringList NamesInScope(const QString& sql, int scope, const QVariantList& values = {});
+    // The lines of an information text that tell which stored systems use the datum
+    // transformation or projection of that name (column: dtf_name or projection_name).
+    QString UsersText(const QString& column, const QString& name, const QString& what) const;
 
     std::unique_ptr<GeoStore> m_store;
     QString m_lastError;
