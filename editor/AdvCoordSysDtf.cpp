@@ -196,6 +196,7 @@ void AdvCoordSysDlg::ONCreateNewDatum() {
     CreateNewDttrfmDlg naming(this, this);
     if (naming.DoModal() != QDialog::Accepted)
         return;
+    UpdateData(true); // what was typed stays
     m_dtfIsStored = false;
     if (naming.GetBasedOn() != 0) {
         RefreshDttrans(naming.GetBasedOnName());
@@ -217,6 +218,7 @@ void AdvCoordSysDlg::OnSelPreEllipsoid() {
     if (GetUi().MessageBox(this, LoadOrvString(StrId::EllipsoidChangedQuestion), QString(),
                            MsgButtons::YesNo) != MsgAnswer::Yes)
         return;
+    UpdateData(true); // what was typed stays
     const QString chosen = picker.GetSelName();
     if (chosen.compare(m_desEllipsoid, Qt::CaseInsensitive) != 0)
         SetDtfValueList(DtfValues{});
@@ -232,6 +234,7 @@ void AdvCoordSysDlg::OnSelSrcElllipsoid() {
     picker.SetSelName(m_srcEllipsoid);
     if (picker.DoModal() != QDialog::Accepted)
         return;
+    UpdateData(true); // what was typed stays
     const QString chosen = picker.GetSelName();
     // unlike the local ellipsoid, the same one asks nothing
     if (chosen.compare(m_srcEllipsoid, Qt::CaseInsensitive) != 0) {

@@ -169,6 +169,7 @@ void AdvCoordSysDlg::OnSelectUnit() {
             return;
         rename = true;
     }
+    UpdateData(true); // what was typed stays
     QString suffix, description;
     double factor = 0.0;
     int category = UNIT_CATEGORY_LENGTH;
