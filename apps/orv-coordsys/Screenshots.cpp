@@ -13,13 +13,19 @@
 #include "dialogs/SelEllipsoidDlg.h"
 #include "dialogs/UnitSelectionDlg.h"
 #include "editor/AdvCoordSysDlg.h"
+#include "pages/WIZPage1.h"
 #include "pages/WIZPage8.h"
 #include "platform/ScriptedUi.h"
+#include "selection/SysSelectionDlg.h"
 #include "util/BrandingConfig.h"
 #include "wizard/GeoWizard.h"
+#include "wizard/GeoidFiles.h"
 #include "wizard/WzdUtility.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QFormLayout>
@@ -43,9 +49,87 @@ bool save(QWidget& widget, const QString& path) {
     return widget.grab().toImage().save(path, "PNG");
 }
 
+// --- WIZPage0, WIZPage1: a new system based on "OSGB36 / British National Grid" ---
+// A name typed, "Based on existing coordinate system:" checked (the page list of a system
+// based on another), Next, and the system chosen in its group. The page list stays the based
+// one: the name page is rendered in it, and the later pages' shots rebuild their own lists.
+void fillNameAndExistingSystem(GeoWizard& wizard) {
+    WizardPage* namePage = wizard.GetWizardPage(0);
+    if (!wizard.SetActivePage(namePage))
+        return;
+    if (auto* name = namePage->findChild<QLineEdit*>(QStringLiteral("newSystemName")))
+        name->setText(QStringLiteral("OSGB36 / BNG (Thames site grid)"));
+    if (auto* based = namePage->findChild<QCheckBox*>(QStringLiteral("basedOnExisting")))
+        based->click();
+    settle();
+    wizard.NextButton()->click();
+    settle();
+    auto* existing = static_cast<WIZPage1*>(wizard.GetWizardPage(1));
+    if (wizard.GetActivePage() != existing)
+        return;
+    const NameTreeModel& model = existing->Tree()->Model();
+    const QModelIndex group = model.FindTopLevel(QStringLiteral("UK"));
+    existing->Tree()->Expand(group);
+    for (int row = 0; row < model.rowCount(group); ++row) {
+        const QModelIndex system = model.index(row, 0, group);
+        if (model.NameAt(system) == QStringLiteral("OSGB36 / British National Grid"))
+            existing->Tree()->Select(system);
+    }
+    settle();
+}
+
+// --- Geoid model and post correction pages (WIZPage10, WIZPage13) ---
+// Filled once shown (both read the system being built back on every activation, and the
+// existing-system page's copy replaces its geoid model and post correction): a GTX geoid grid,
+// proj-data's EGM96 grid, and a post correction of constant offsets. Each is then handed over
+// as Next would, without leaving the page, so that the pages shot later see it.
+
+// The person picks an entry of a page's list.
+void pickEntry(QWidget* page, const QString& list, const QString& text) {
+    auto* combo = page->findChild<QComboBox*>(list);
+    const int index = combo ? combo->findText(text) : -1;
+    if (index < 0)
+        return;
+    combo->setCurrentIndex(index);
+    emit combo->activated(index);
+}
+
+void clickButton(QWidget* page, const QString& name) {
+    if (auto* button = page->findChild<QAbstractButton*>(name))
+        button->click();
+    settle();
+}
+
+void fillGeoidPage(GeoWizard& wizard) {
+    QWidget* page = wizard.GetWizardPage(10);
+    pickEntry(page, QStringLiteral("methodCombo"), QStringLiteral("GTX Geoid Grid"));
+    const GeoidFiles::FileDialogRule* gtx = GeoidFiles::GeoidFileDialog(GeoidKey::Gtx);
+    ScriptedUi script;
+    script.ExpectFileOpen(GeoidFiles::Filter(*gtx), GeoidFiles::StartFolder(*gtx),
+                          QStringLiteral("/usr/share/proj/egm96_15.gtx"));
+    clickButton(page, QStringLiteral("browseFile"));
+    script.Verify();
+    wizard.GetWizardPage(10)->OnWizardNext();
+}
+
+void fillPostPage(GeoWizard& wizard) {
+    QWidget* page = wizard.GetWizardPage(13);
+    clickButton(page, QStringLiteral("applyPostCorrection"));
+    const std::pair<const char*, const char*> offsets[] = {
+        {"eastingEdit", "0.35"}, {"northingEdit", "-0.12"}, {"zEdit", "1.204"}};
+    for (const auto& [name, text] : offsets)
+        if (auto* edit = page->findChild<QLineEdit*>(QString::fromLatin1(name)))
+            edit->setText(QString::fromLatin1(text));
+    wizard.GetWizardPage(13)->OnWizardNext();
+}
+
+// --- end of WIZPage10, WIZPage13 ---
+
 // Fills the pages as a person would, so that they are rendered with real values: every
 // nested dialog is answered by a script.
 void fillPages(GeoWizard& wizard) {
+    fillNameAndExistingSystem(wizard);
+
     ScriptedUi script;
     script.ExpectModal<SelEllipsoidDlg>([](SelEllipsoidDlg& picker) {
         picker.Tree()->Select(picker.Tree()->Model().FindTopLevel(QStringLiteral("Airy 1830")));
@@ -79,6 +163,10 @@ void showActivePage(GeoWizard& wizard, int page) {
                 projections->Tree()->Select(item);
         }
     }
+    if (page == 10)
+        fillGeoidPage(wizard);
+    if (page == 13)
+        fillPostPage(wizard);
 }
 
 // Shows a dialog as its caller would (initialised, then prepared), renders it and closes it.
@@ -178,6 +266,13 @@ void renderDialogs(GeoWizard& wizard, const QDir& dir, QStringList& written) {
         unit.SetMetersPerUnit(5.0292);
         unit.SetNameSuffix(QStringLiteral("rd"));
         shoot(unit, dir, QStringLiteral("dialog-new-unit"), written, nothing);
+    }
+    {
+        SysSelectionDlg selection(geodb_type(0), true);
+        selection.SetDllType(wizard.GetDllType());
+        selection.SetGroupName(QStringLiteral("UK"));
+        selection.SetSystemName(QStringLiteral("OSGB36 / British National Grid"));
+        shoot(selection, dir, QStringLiteral("dialog-select-coordinate-system"), written, nothing);
     }
     {
         SampleGeoidModels models;
