@@ -344,6 +344,7 @@ void AdvCoordSysDlg::ShowSystemInfo() {
     if (m_geoidInUse && GeoidKeyIndex(m_geoidMethodName) == GeoidKey::ManualSeparation) {
         m_manualSeparation = m_geoDatabase->GetManualGeoidSeparation(m_groupName, m_systemName);
         SetManualGeoidCtrl(true);
+        UpdateData(false); // the list reads the controls back
         IniGeoidMdCombo(GeoidKey::ManualSeparation);
     }
     if (m_geoidMethodName == EditorTexts::StoredGridModelName())

@@ -12,7 +12,7 @@
 #include "resources/StringTable.h"
 #include "ui_AdvCoordSysDlg.h"
 #include "util/COrvString.h"
-#include "util/PathUtils.h"
+#include "wizard/GeoidFiles.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -20,41 +20,39 @@
 #include <QSignalBlocker>
 
 #include <algorithm>
-#include <initializer_list>
+#include <iterator>
 
 namespace {
 
 QString Key(int index) {
-    return QString::fromWCharArray(GeoidmodelTypeKeys[index]);
-}
-
-bool OneOf(int key, std::initializer_list<int> keys) {
-    return std::find(keys.begin(), keys.end(), key) != keys.end();
+    return GeoidFiles::MethodKey(index);
 }
 
 // Keys the editor's geoid list leaves out: the legacy models and what the post list offers.
 bool NotOfferedAsGeoid(int key) {
-    return OneOf(key, {8, 9, 10, 11, 12, GeoidKey::Ostn, GeoidKey::Ntv2Shift, 30});
-}
-
-// Methods that need a model file.
-bool NeedsFile(int key) {
-    return OneOf(key, {GeoidKey::GeoidModel, GeoidKey::Swen, GeoidKey::ChartDatum, 14,
-                       GeoidKey::GridModel, 16, GeoidKey::Nn2000, 20, 23, GeoidKey::Osgm, 26, 27,
-                       GeoidKey::Gtx});
+    constexpr int kLeftOut[] = {GeoidKey::InclinedPlane, GeoidKey::Geoid99,
+                                GeoidKey::Geoid03,       GeoidKey::AusGeoid09,
+                                GeoidKey::Nkg2005,       GeoidKey::Ostn,
+                                GeoidKey::Ntv2Shift,     GeoidKey::PolynomialCorrection};
+    return std::find(std::begin(kLeftOut), std::end(kLeftOut), key) != std::end(kLeftOut);
 }
 
 // The post-correction methods in the order the editor lists them, after "--None--".
-constexpr int kPostKeys[] = {5, 31, 8, GeoidKey::Ostn, 4, 13, GeoidKey::Ntv2Shift, 30};
+constexpr int kPostKeys[] = {GeoidKey::HeightReferenceSurface,
+                             GeoidKey::LocalHeightShift,
+                             GeoidKey::InclinedPlane,
+                             GeoidKey::Ostn,
+                             GeoidKey::Egm2008,
+                             GeoidKey::TidalSurface,
+                             GeoidKey::Ntv2Shift,
+                             GeoidKey::PolynomialCorrection};
 
 } // namespace
 
 int AdvCoordSysDlg::GeoidKeyIndex(const QString& methodName, int from) const {
-    for (int i = std::max(from, 0); i < GeoidmodelTypeKeyCount; ++i) {
-        if (methodName.compare(Key(i), Qt::CaseInsensitive) == 0)
-            return i;
-    }
-    return -1;
+    const int index = GeoidFiles::MethodIndex(methodName);
+    const bool isKey = methodName.compare(Key(index), Qt::CaseInsensitive) == 0;
+    return isKey && index >= from ? index : -1;
 }
 
 void AdvCoordSysDlg::IniGeoidMdCombo(int startIndex) {
@@ -135,7 +133,7 @@ void AdvCoordSysDlg::OnSelChangeGeoidMethod() {
                                 .compare(name, Qt::CaseInsensitive) == 0;
     m_callerGeoidName = stored ? QString() : name;
     m_geoidInUse = !name.isEmpty() && name != EditorTexts::None();
-    if (NeedsFile(key)) {
+    if (GeoidFiles::TakesModelFile(key)) {
         m_ui->geoidFileButton->setEnabled(m_geoidInUse);
         m_ui->geoidFileEdit->setText(m_geoidFile);
     } else {
@@ -148,57 +146,24 @@ void AdvCoordSysDlg::OnSelChangeGeoidMethod() {
 
 void AdvCoordSysDlg::OnSelectGridFile() {
     const int key = GeoidKeyIndex(m_geoidMethodName, m_geoidStartIndex);
-    struct FileKind {
-        int key;
-        const char* extension;
-        int filter;
-        const char* filterSuffix;
-        const char* folder;
-    };
-    static const FileKind kinds[] = {
-        {16, "BIN", StrId::FilterQuasigeoid, "|*.BIN||", ""},
-        {20, "BIN", StrId::FilterQuasigeoid, "|*.BIN||", ""},
-        {23, "BYN", StrId::FilterCanadianGeoid, "|*.BYN||", ""},
-        {26, "GGF", StrId::FilterTrimbleGeoid, "|*.GGF||", ""},
-        {27, "vrf", StrId::FilterVorf, "|*.vrf||", ""},
-        {14, "01", StrId::FilterDvr90, "|*.01||", "General/Geoidmodels/Denmark/"},
-        {GeoidKey::Osgm, "", StrId::FilterOsGeoid, "|*.*||", "General/Geoidmodels/United Kingdom/"},
-        {GeoidKey::Gtx, "gtx", StrId::FilterRdGeoid, "|*.gtx||",
-         "General/Geoidmodels/Netherlands/"},
-    };
-    const FileKind* kind = nullptr;
-    for (const FileKind& k : kinds)
-        if (k.key == key)
-            kind = &k;
-    if (kind) {
-        QString dataFolder;
-        m_utility.GetCommonFolders(dataFolder);
-        FileOpenRequest request;
-        request.defaultExtension = QString::fromLatin1(kind->extension);
-        request.filter = LoadOrvString(kind->filter) + QString::fromLatin1(kind->filterSuffix);
-        request.startFolder = m_utility.GetCommonDataFolder() + QString::fromLatin1(kind->folder);
-        request.fileName = m_geoidFile;
-        QString chosen;
-        if (GetUi().GetOpenFileName(this, request, chosen)) {
-            QString folder, name, extension;
-            SplitPath(chosen, folder, name, extension);
-            m_geoidFile = name + extension;
-            const bool stored =
-                m_geoDatabase->SystemHasGeoidModel(m_groupName, m_systemName) &&
-                m_geoDatabase->GetGeoidModelFile(m_groupName, m_systemName) == m_geoidFile;
-            m_callerGeoidFile = stored ? QString() : m_geoidFile;
-        }
+    bool chosen = false;
+    if (const GeoidFiles::FileDialogRule* rule = GeoidFiles::GeoidFileDialog(key)) {
+        chosen = GeoidFiles::AskModelFile(this, *rule, m_geoidFile);
     } else {
-        GridSelDlg picker(key, m_geoidFile, this);
+        GridSelDlg picker(std::max(key, 0), m_geoidFile, this);
         if (picker.DoModal() == QDialog::Accepted) {
             m_geoidFile = picker.GetFile();
-            const bool stored =
-                m_geoDatabase->SystemHasGeoidModel(m_groupName, m_systemName) &&
-                m_geoDatabase->GetGeoidModelFile(m_groupName, m_systemName) == m_geoidFile;
-            m_callerGeoidFile = stored ? QString() : m_geoidFile;
+            chosen = true;
         }
     }
+    if (chosen) {
+        const bool stored =
+            m_geoDatabase->SystemHasGeoidModel(m_groupName, m_systemName) &&
+            m_geoDatabase->GetGeoidModelFile(m_groupName, m_systemName) == m_geoidFile;
+        m_callerGeoidFile = stored ? QString() : m_geoidFile;
+    }
     m_ui->geoidFileEdit->setText(m_geoidFile);
+    // also after a cancelled dialog
     EnableChartDatum(key == GeoidKey::ChartDatum && !m_geoidFile.isEmpty());
 }
 
@@ -271,30 +236,10 @@ void AdvCoordSysDlg::OnSelchangePostcombo() {
 }
 
 void AdvCoordSysDlg::OnAdvPostFileButton() {
-    const int key = GeoidKeyIndex(m_postMethodName);
-    FileOpenRequest request;
-    QString folder;
-    if (key == GeoidKey::Ostn) {
-        request.defaultExtension = QStringLiteral("txt");
-        request.filter = LoadOrvString(StrId::FilterOsShift) + QStringLiteral("|*.txt||");
-        folder = QStringLiteral("General/Geoidmodels/United Kingdom/");
-    } else if (key == GeoidKey::Ntv2Shift) {
-        request.defaultExtension = QStringLiteral("gsb");
-        request.filter = LoadOrvString(StrId::FilterRdShift) + QStringLiteral("|*.gsb||");
-        folder = QStringLiteral("General/Geoidmodels/Netherlands/");
-    } else {
+    const GeoidFiles::FileDialogRule* rule =
+        GeoidFiles::EditorPostFileDialog(GeoidKeyIndex(m_postMethodName));
+    if (!rule || !GeoidFiles::AskModelFile(this, *rule, m_postFile))
         return;
-    }
-    QString dataFolder;
-    m_utility.GetCommonFolders(dataFolder);
-    request.startFolder = m_utility.GetCommonDataFolder() + folder;
-    request.fileName = m_postFile;
-    QString chosen;
-    if (!GetUi().GetOpenFileName(this, request, chosen))
-        return;
-    QString path, name, extension;
-    SplitPath(chosen, path, name, extension);
-    m_postFile = name + extension;
     m_callerPostFile = m_postFile == m_geoDatabase->GetPostModelFile(m_groupName, m_systemName)
                            ? QString()
                            : m_postFile;

@@ -2,16 +2,38 @@
 
 #include "api/OrvGeoFactories.h"
 #include "dialogs/PickerTree.h"
+#include "support/GtxFile.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QCheckBox>
 #include <QDialogButtonBox>
+#include <QDir>
+#include <QFile>
 #include <QPushButton>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QSqlRecord>
 #include <QUuid>
+
+ModelFolders::ModelFolders(const QString& dataFolder) {
+    QFile ini(QDir(dataFolder).filePath(QStringLiteral("ORV.ini")));
+    EXPECT_TRUE(ini.open(QIODevice::WriteOnly));
+    ini.write(QStringLiteral("[DataPaths]\nDataRoot=%1/Data\nDataFolder=Projects\n")
+                  .arg(Root())
+                  .toUtf8());
+    Grid(QStringLiteral("General/Geoidmodels/Netherlands/site.gtx"), 10.5f);
+    Grid(QStringLiteral("vdatum/core/MODEL1.gtx"), 20.0f);
+    Grid(QStringLiteral("vdatum/MODEL1/tss.gtx"), 0.3f);
+    Grid(QStringLiteral("vdatum/MODEL1/mllw.gtx"), -1.2f);
+    WriteCommon(QStringLiteral("vdatum/core/geoid.inf"), "geoid_models=MODEL1\n");
+}
+
+void ModelFolders::Grid(const QString& commonRelative, float value) {
+    constexpr int kRows = 5, kCols = 7;
+    EXPECT_TRUE(WriteGtx(QDir(Common()).filePath(commonRelative), 50, 2, 1, 1, kRows, kCols,
+                         std::vector<float>(kRows * kCols, value)));
+}
 
 const QString EditorTest::kGroup = QStringLiteral("North Sea");
 const QString EditorTest::kRig = QStringLiteral("Rig 15");
@@ -206,15 +228,21 @@ QString EditorTest::DumpUserDb() const {
                 names << tables.value(0).toString();
             for (const QString& name : names) {
                 QSqlQuery rows(sql);
-                rows.exec(QStringLiteral("SELECT * FROM \"%1\" ORDER BY rowid").arg(name));
+                rows.exec(QStringLiteral("SELECT * FROM \"%1\"").arg(name));
                 out += QStringLiteral("[%1]\n").arg(name);
+                // rows in the order of their contents: a rewritten row may get a new rowid
+                QStringList lines;
                 while (rows.next()) {
                     const QSqlRecord record = rows.record();
+                    QString line;
                     for (int i = 0; i < record.count(); ++i)
-                        out += record.fieldName(i) + QLatin1Char('=') + record.value(i).toString() +
-                               QLatin1Char('|');
-                    out += QLatin1Char('\n');
+                        line += record.fieldName(i) + QLatin1Char('=') +
+                                record.value(i).toString() + QLatin1Char('|');
+                    lines << line;
                 }
+                lines.sort();
+                for (const QString& line : lines)
+                    out += line + QLatin1Char('\n');
             }
         }
     }

@@ -5,6 +5,7 @@
 #include "api/OrvGeoStaticDataBase.h"
 #include "dialogs/PickerDialog.h"
 #include "editor/AdvCoordSysDlg.h"
+#include "pages/CommonDataFolder.h"
 #include "platform/ScriptedUi.h"
 #include "support/QtPrinters.h"
 #include "support/TempDataFolder.h"
@@ -16,6 +17,17 @@
 
 #include <functional>
 #include <memory>
+
+// Model files for one test: a program-data root whose ORV.ini puts the common data folder
+// inside it (the editor's file dialogs start below it), the same ORV.ini in the data source's
+// folder (where the engine reads it), and small exact grids over 50..54 N, 2..8 E: a GTX grid
+// "site.gtx" of 10.5 m in the Netherlands folder, and the vertical datum model "MODEL1"
+// (20 m) with the chart datum grids of LMSL (0.3 m) and MLLW (-1.2 m), listed in geoid.inf.
+class ModelFolders : public CommonDataFolder {
+public:
+    explicit ModelFolders(const QString& dataFolder);
+    void Grid(const QString& commonRelative, float value);
+};
 
 // What the host hands the editor besides the group and the system.
 struct EditorArgs {
