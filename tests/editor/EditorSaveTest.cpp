@@ -287,3 +287,16 @@ TEST_F(Saving, EditSaveWritesWhatWasFilledIn) {
     EXPECT_TRUE(editor->EditSave());
     EXPECT_EQ(Column(kHarbour, QStringLiteral("hor_origin_n")).toDouble(), 7.0);
 }
+
+// Cancel closes without a word and writes nothing, whatever was changed.
+TEST_F(Saving, CancelWritesNothing) {
+    StoreRig();
+    const QString before = DumpUserDb();
+    Open(kGroup, kRig);
+    SetText(QStringLiteral("shiftXEdit"), QStringLiteral("-1"));
+    Choose(QStringLiteral("hemisphereCombo"), QStringLiteral("Southern"));
+    PressCancel();
+    EXPECT_EQ(editor->result(), QDialog::Rejected);
+    EXPECT_TRUE(ui.MessageTexts().isEmpty());
+    EXPECT_EQ(DumpUserDb(), before);
+}
