@@ -11,7 +11,6 @@
 #include "platform/UiInteraction.h"
 #include "resources/StringTable.h"
 #include "ui_AdvCoordSysDlg.h"
-#include "util/COrvUnitCnv.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -25,14 +24,6 @@ namespace {
 // How many of the fifteen values each method shows.
 constexpr short kSevenValues = 7;
 constexpr short kAllValues = 15;
-
-// The shared rotation unit: the method's rotation sign between the values as held and as
-// shown, in arc seconds.
-void SetRotationUnit(double sign) {
-    StaticFormats::GetUnitCnv().SetUnit(COrvUnitCnv::RotationCategory, sign, 0.0,
-                                        QStringLiteral("\""),
-                                        LoadOrvString(StrId::RotationUnitName), QString());
-}
 
 } // namespace
 
@@ -65,12 +56,12 @@ void AdvCoordSysDlg::DoSelDttransMd(short methodIndex) {
     case DTF_7_POSITION_VECTOR:
     case DTF_7_COORDINATE_FRAME:
         EnableDttransInfo(kSevenValues); // zeroes the rates and the epoch
-        SetRotationUnit(methodIndex == DTF_7_POSITION_VECTOR ? 1.0 : -1.0);
+        WzdUtility::SetRotationUnit(DtfRotationSign(methodIndex));
         break;
     case DTF_15_POSITION_VECTOR:
     case DTF_15_COORDINATE_FRAME:
         EnableDttransInfo(kAllValues);
-        SetRotationUnit(methodIndex == DTF_15_POSITION_VECTOR ? 1.0 : -1.0);
+        WzdUtility::SetRotationUnit(DtfRotationSign(methodIndex));
         break;
     default:
         break;
@@ -141,7 +132,7 @@ void AdvCoordSysDlg::SetNoDtfShow(bool none) {
 void AdvCoordSysDlg::SetDtfTitle(const QString& satellite, const QString& local, bool rename) {
     const QString title =
         LoadOrvString(StrId::DtfGroupFrom) + satellite + LoadOrvString(StrId::DtfGroupTo) + local;
-    m_ui->dtfGroup->setTitle(title);
+    m_ui->dtfGroup->setTitle(WzdUtility::GroupBoxTitle(title));
     if (rename)
         m_dtfName = m_systemName + QStringLiteral("-") + title;
 }

@@ -7,6 +7,7 @@
 #include "platform/UiInteraction.h"
 #include "resources/StringTable.h"
 #include "util/BrandingConfig.h"
+#include "util/COrvUnitCnv.h"
 #include "util/CommonFolders.h"
 #include "util/GeoFormat.h"
 #include "util/PathUtils.h"
@@ -308,6 +309,16 @@ QString WzdUtility::FormatLatitude(double value) {
 
 QString WzdUtility::FormatLongitude(double value) {
     return FormatAngle(value, 11);
+}
+
+void WzdUtility::SetRotationUnit(double sign) {
+    StaticFormats::GetUnitCnv().SetUnit(COrvUnitCnv::RotationCategory, sign, 0.0,
+                                        QStringLiteral("\""),
+                                        LoadOrvString(StrId::RotationUnitName), QString());
+}
+
+QString WzdUtility::GroupBoxTitle(QString text) {
+    return text.replace(QLatin1Char('&'), QStringLiteral("&&"));
 }
 
 QString WzdUtility::LoadMessage(int id) {

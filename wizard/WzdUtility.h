@@ -109,6 +109,13 @@ public:
     static QString FormatLongitude(double value);
     static QString FormatAngle(double value, int kind);
 
+    // The shared rotation unit of the datum transformation values (unit category 28 of the
+    // process's unit converter): the method's rotation sign (+1.0 or -1.0) between the values
+    // as held and as shown, in arc seconds.
+    static void SetRotationUnit(double sign);
+    // A text for a group box title: a group box shows '&' as a shortcut mark unless doubled.
+    static QString GroupBoxTitle(QString text);
+
     // The text of a string table entry; empty for an unknown id.
     static QString LoadMessage(int id);
     static QString LoadMessage(const QString& id);

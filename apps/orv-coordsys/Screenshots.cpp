@@ -2,6 +2,7 @@
 
 #include "api/GeoKeys.h"
 #include "api/OrvGeoFactories.h"
+#include "api/OrvGeoStaticDataBase.h"
 #include "dialogs/CMaskEdit.h"
 #include "dialogs/CreateNewDttrfmDlg.h"
 #include "dialogs/CreateNewPrjDlg.h"
@@ -14,6 +15,7 @@
 #include "dialogs/UnitSelectionDlg.h"
 #include "editor/AdvCoordSysDlg.h"
 #include "pages/WIZPage1.h"
+#include "pages/WIZPage4.h"
 #include "pages/WIZPage8.h"
 #include "platform/ScriptedUi.h"
 #include "selection/SysSelectionDlg.h"
@@ -167,6 +169,62 @@ void showActivePage(GeoWizard& wizard, int page) {
         fillGeoidPage(wizard);
     if (page == 13)
         fillPostPage(wizard);
+}
+
+// --- WIZPage4, WIZPage5: a time-dependent datum transformation (two more pictures) ---
+// After the pages above, the person starts another system, not based on a stored one, on
+// GRS 1980, makes a new datum transformation based on an existing one, narrows the selection
+// page's tree to "GDA94" with its filter field and goes on to the fifteen values of "GDA94 to
+// WGS 84 (G1762) (1)".
+void renderTimeDependentDtf(GeoWizard& wizard, const QDir& dir, QStringList& written) {
+    auto page = [&wizard](int number) { return wizard.GetWizardPage(number); };
+    auto click = [&page](int number, const char* name) {
+        if (auto* button = page(number)->findChild<QAbstractButton*>(QLatin1String(name)))
+            button->click();
+        settle();
+    };
+    auto next = [&wizard](int expected) {
+        wizard.NextButton()->click();
+        settle();
+        return wizard.GetActivePage() == wizard.GetWizardPage(expected);
+    };
+    auto render = [&wizard, &dir, &written](const char* name) {
+        const QString path = dir.filePath(QLatin1String(name));
+        if (save(wizard, path))
+            written << path;
+    };
+
+    ScriptedUi script;
+    script.ExpectModal<SelEllipsoidDlg>([](SelEllipsoidDlg& picker) {
+        picker.Tree()->Select(picker.Tree()->Model().FindTopLevel(QStringLiteral("GRS 1980")));
+        picker.accept();
+        return picker.result();
+    });
+    wizard.SetSkipGeoid(false);
+    if (!wizard.SetActivePage(page(0)))
+        return;
+    if (auto* name = page(0)->findChild<QLineEdit*>(QStringLiteral("newSystemName")))
+        name->setText(QStringLiteral("Perth harbour grid"));
+    auto* based = page(0)->findChild<QCheckBox*>(QStringLiteral("basedOnExisting"));
+    if (based && based->isChecked())
+        click(0, "basedOnExisting");
+    if (!next(2))
+        return;
+    click(2, "selectLocal");
+    if (!next(3))
+        return;
+    click(3, "optionNew");
+    click(3, "basedOnExisting");
+    if (!next(4))
+        return;
+    auto* selection = static_cast<WIZPage4*>(page(4));
+    selection->Tree()->SetFilterText(QStringLiteral("GDA94"));
+    selection->Tree()->Select(
+        selection->Tree()->Model().FindTopLevel(QStringLiteral("GDA94 to WGS 84 (G1762) (1)")));
+    render("wizard-page04-filtered.png");
+    if (next(5))
+        render("wizard-page05-time-dependent.png");
+    script.Verify();
 }
 
 // Shows a dialog as its caller would (initialised, then prepared), renders it and closes it.
@@ -418,6 +476,7 @@ QStringList RenderScreenshots(const QString& folder, const QString& dataSource, 
         if (save(wizard, path))
             written << path;
     }
+    renderTimeDependentDtf(wizard, dir, written);
     wizard.hide();
     renderDialogs(wizard, dir, written);
     renderEditor(dataSource, dir, written);

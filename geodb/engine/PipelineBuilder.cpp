@@ -183,7 +183,8 @@ QString EllipsoidParams(const EllipsoidRecord& ellipsoid) {
 QString HelmertStep(const DtfRecord& dtf) {
     if (dtf.methodIndex < DTF_7_POSITION_VECTOR || dtf.methodIndex > DTF_15_COORDINATE_FRAME)
         return {};
-    const DtfValues& v = dtf.values;
+    // PROJ takes the rotations in the method's own convention, as published.
+    const DtfValues v = DtfValuesInMethodSign(dtf.values, dtf.methodIndex);
     const bool fifteen = dtf.methodIndex >= DTF_15_POSITION_VECTOR;
     const bool positionVector =
         dtf.methodIndex == DTF_7_POSITION_VECTOR || dtf.methodIndex == DTF_15_POSITION_VECTOR;

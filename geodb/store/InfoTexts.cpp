@@ -27,17 +27,19 @@ void AddDtfValues(QString& out, int level, const DtfRecord& dtf) {
     static const char* const Units[7] = {"m", "m", "m", "\"", "\"", "\"", "ppm"};
     const bool fifteen =
         dtf.methodIndex == DTF_15_POSITION_VECTOR || dtf.methodIndex == DTF_15_COORDINATE_FRAME;
+    // in the method's own convention, as the parameters page shows them
+    const DtfValues v = DtfValuesInMethodSign(dtf.values, dtf.methodIndex);
     for (int i = 0; i < 7; ++i)
-        out += Line(level, QStringLiteral("%1: %2 %3")
-                               .arg(QLatin1String(Labels[i]), Fixed(dtf.values[i], 6),
-                                    QLatin1String(Units[i])));
+        out += Line(level,
+                    QStringLiteral("%1: %2 %3")
+                        .arg(QLatin1String(Labels[i]), Fixed(v[i], 6), QLatin1String(Units[i])));
     if (!fifteen)
         return;
     for (int i = 0; i < 7; ++i)
-        out += Line(level, QStringLiteral("%1 rate: %2 %3/year")
-                               .arg(QLatin1String(Labels[i]), Fixed(dtf.values[7 + i], 8),
-                                    QLatin1String(Units[i])));
-    out += Line(level, QStringLiteral("Epoch: %1").arg(Fixed(dtf.values[14], 3)));
+        out += Line(
+            level, QStringLiteral("%1 rate: %2 %3/year")
+                       .arg(QLatin1String(Labels[i]), Fixed(v[7 + i], 8), QLatin1String(Units[i])));
+    out += Line(level, QStringLiteral("Epoch: %1").arg(Fixed(v[14], 3)));
 }
 
 } // namespace
@@ -220,16 +222,14 @@ QString System(const SystemRecord& s, const DtfRecord* dtf, const ProjectionReco
     if (dtf) {
         out += Line(2, QStringLiteral("Method: %1").arg(DtfMethodName(dtf->methodIndex)));
         if (dtf->methodIndex != DTF_NONE) {
+            const DtfValues v = DtfValuesInMethodSign(dtf->values, dtf->methodIndex);
             out += Line(2, QStringLiteral("Shifts: %1, %2, %3 m")
-                               .arg(Fixed(dtf->values[0], 3), Fixed(dtf->values[1], 3),
-                                    Fixed(dtf->values[2], 3)));
+                               .arg(Fixed(v[0], 3), Fixed(v[1], 3), Fixed(v[2], 3)));
             out += Line(2, QStringLiteral("Rotations: %1, %2, %3\"")
-                               .arg(Fixed(dtf->values[3], 6), Fixed(dtf->values[4], 6),
-                                    Fixed(dtf->values[5], 6)));
-            out += Line(2, QStringLiteral("Scale: %1 ppm").arg(Fixed(dtf->values[6], 6)));
+                               .arg(Fixed(v[3], 6), Fixed(v[4], 6), Fixed(v[5], 6)));
+            out += Line(2, QStringLiteral("Scale: %1 ppm").arg(Fixed(v[6], 6)));
             if (dtf->methodIndex >= DTF_15_POSITION_VECTOR)
-                out += Line(
-                    2, QStringLiteral("Yearly rates, epoch %1").arg(Fixed(dtf->values[14], 3)));
+                out += Line(2, QStringLiteral("Yearly rates, epoch %1").arg(Fixed(v[14], 3)));
         }
     }
     out += Line(

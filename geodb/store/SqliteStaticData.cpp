@@ -318,7 +318,8 @@ QString SqliteStaticData::GetOverviewText(QString& out) {
             .arg(Esc(d.dtf.name), Esc(d.dtfMethodName.isEmpty() ? InfoTexts::DtfMethodName(method)
                                                                 : d.dtfMethodName));
     if (method > DTF_NONE) {
-        const DtfValues& v = d.dtf.values;
+        // in the method's own convention, as the parameters page showed them
+        const DtfValues v = DtfValuesInMethodSign(d.dtf.values, method);
         dtf += QStringLiteral("<br>Shifts X, Y, Z: %1, %2, %3 m")
                    .arg(Num(v[0], 6), Num(v[1], 6), Num(v[2], 6));
         dtf += QStringLiteral("<br>Rotations X, Y, Z: %1, %2, %3 &quot;")

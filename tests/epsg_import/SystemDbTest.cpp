@@ -187,8 +187,9 @@ TEST_F(SystemDb, CoordinateFrameValuesAreNormalisedFromMillimetresAndPpb) {
     const Dtf dtf = DtfByCode(9688);
     EXPECT_EQ(dtf.method, DTF_7_COORDINATE_FRAME);
     EXPECT_EQ(dtf.option, DTF_OPTION_PUBLISHED_TO_WGS84);
-    const double expected[7] = {0.06155,    -0.01087,   -0.04019, -0.0394924,
-                                -0.0327221, -0.0328979, -0.009994};
+    // the published coordinate frame rotations, held in the position-vector sign
+    const double expected[7] = {0.06155,   -0.01087,  -0.04019, 0.0394924,
+                                0.0327221, 0.0328979, -0.009994};
     for (int i = 0; i < 7; ++i)
         EXPECT_NEAR(dtf.v[i], expected[i], 1e-12) << "value " << i;
     EXPECT_EQ(dtf.dstEllipsoid, QStringLiteral("GRS 1980"));
@@ -208,9 +209,10 @@ TEST_F(SystemDb, TimeDependentTransformationKeepsRatesPerYearAndItsEpoch) {
     EXPECT_NEAR(dtf.v[0], 0.06155, 1e-12);
     EXPECT_NEAR(dtf.v[6], -0.009994, 1e-12);
     EXPECT_NEAR(dtf.v[7], 0.0, 1e-15);
-    EXPECT_NEAR(dtf.v[10], -0.00150379, 1e-12);
-    EXPECT_NEAR(dtf.v[11], -0.00118346, 1e-12);
-    EXPECT_NEAR(dtf.v[12], -0.00120716, 1e-12);
+    // rotation rates published for coordinate frame, held in the position-vector sign
+    EXPECT_NEAR(dtf.v[10], 0.00150379, 1e-12);
+    EXPECT_NEAR(dtf.v[11], 0.00118346, 1e-12);
+    EXPECT_NEAR(dtf.v[12], 0.00120716, 1e-12);
     EXPECT_NEAR(dtf.v[13], 0.0, 1e-15);
     EXPECT_DOUBLE_EQ(dtf.v[14], 2020.0);
     // Without an observation time the transformation is applied at its epoch.

@@ -6,6 +6,7 @@
 #include "dialogs/NameFilterProxy.h"
 #include "dialogs/PickerTree.h"
 #include "pages/WIZPage1.h"
+#include "pages/WIZPage5.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -194,7 +195,10 @@ TEST_F(ExistingSystemPage, ClickingASystemMakesItTheStartingPoint) {
     Next();
     EXPECT_EQ(ShownPage(), 5);
     EXPECT_EQ(wizard.GetDtfOption(), 0u);
-    EXPECT_FALSE(wizard.GetDtfInit() || wizard.GetPrjInit() || wizard.GetUnitInit());
+    // the cleared flag has the parameters page start again from the system's transformation
+    EXPECT_TRUE(wizard.GetDtfInit());
+    EXPECT_EQ(static_cast<WIZPage5*>(Page(5))->GetName(), QStringLiteral("OSGB36 to WGS 84 (6)"));
+    EXPECT_FALSE(wizard.GetPrjInit() || wizard.GetUnitInit());
     EXPECT_FALSE(wizard.GetDtfFromoldDtf() || wizard.GetPrjFromoldPrj());
     EXPECT_FALSE(wizard.GetGeoModStatu() || wizard.GetPosModStatu());
     EXPECT_TRUE(wizard.GetPreSysStatu());

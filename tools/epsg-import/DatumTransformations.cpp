@@ -172,7 +172,8 @@ bool Write(ImportSession& session, const UnitTable& units, const DatumTable& dat
         r.name = unique.Unique(q.value(1).toString(), r.code);
         r.dstEllipsoid = names.ellipsoids.value(local.ellipsoid);
         r.method = method;
-        r.values = *values;
+        // held in the position-vector sign: coordinate frame rotations as published, negated
+        r.values = DtfValuesInMethodSign(*values, method);
         r.accuracy = q.value(6).isNull() ? 0 : q.value(6).toDouble();
         // Local -> WGS 84 as published is applied inverted by the engine, which agrees with
         // EPSG exactly (negated values would not).
