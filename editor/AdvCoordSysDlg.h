@@ -231,6 +231,7 @@ private:
     QString m_postFile;
     QString m_callerPostName, m_callerPostFile;
     QString m_postText1, m_postText2;                      // carried through unchanged
+    std::array<double, 3> m_translationShown{};            // the translation as last written
     std::array<double, 4> m_horAdjust{0.0, 0.0, 0.0, 1.0}; // origin E, N, rotation, scale
     std::array<double, 4> m_vertAdjust{};                  // origin E, N, slope E, N
 };

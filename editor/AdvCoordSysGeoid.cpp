@@ -301,6 +301,11 @@ bool AdvCoordSysDlg::ReadTranslation(double& e, double& n, double& z, bool repor
     double* values[] = {&e, &n, &z};
     for (int i = 0; i < 3; ++i) {
         double value = 0.0;
+        // an untouched text keeps the value it shows rounded, as the exchanged numbers do
+        if (edits[i]->text() == QString::asprintf("%f", m_translationShown[i])) {
+            *values[i] = m_translationShown[i];
+            continue;
+        }
         if (!ParseNumber(edits[i]->text(), value)) {
             if (report) {
                 GetUi().MessageBox(this, DataExchangeNumberMessage(), QString(), MsgButtons::Ok);
@@ -315,6 +320,7 @@ bool AdvCoordSysDlg::ReadTranslation(double& e, double& n, double& z, bool repor
 }
 
 void AdvCoordSysDlg::WriteTranslation(double e, double n, double z) {
+    m_translationShown = {e, n, z};
     m_ui->translationEEdit->setText(QString::asprintf("%f", e));
     m_ui->translationNEdit->setText(QString::asprintf("%f", n));
     m_ui->translationZEdit->setText(QString::asprintf("%f", z));

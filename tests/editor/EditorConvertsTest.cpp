@@ -93,17 +93,27 @@ TEST_F(Converting, AShiftValue) {
     EXPECT_NE(after.x, before.x);
 }
 
+// Another method: seven values instead of fifteen (the rates and the epoch go). The rotation
+// sign of a coordinate frame method changes nothing the engine does with the same values held.
 TEST_F(Converting, TheTransformationMethod) {
     StoreRig();
     StoreRig(kRef);
     Change(kRef, [](OrvGeoStaticDataBase& s) {
-        s.SetDtfMethod(QStringLiteral("Coordinate Frame time-dependent (15 parameters)"),
-                       DTF_15_COORDINATE_FRAME);
+        DtfValues values = RigValues();
+        for (int i = 7; i < 15; ++i)
+            values[i] = 0.0;
+        s.SetDtfMethod(QStringLiteral("Position Vector (7 parameters)"), DTF_7_POSITION_VECTOR);
+        s.SetDtfParameters(values, 0, 0.0, 0.0);
     });
     ExpectDiffersFrom(kRig, kRef);
     Open(kGroup, kRig);
-    Choose(QStringLiteral("dtfMethodCombo"),
-           QStringLiteral("Coordinate Frame time-dependent (15 parameters)"));
+    Choose(QStringLiteral("dtfMethodCombo"), QStringLiteral("Position Vector (7 parameters)"));
+    ExpectWarning(); // the rates of the stored transformation changed with it
+    PressOk();
+    ExpectConvertsLike(kRig, kRef);
+
+    Open(kGroup, kRig);
+    Choose(QStringLiteral("dtfMethodCombo"), QStringLiteral("Coordinate Frame (7 parameters)"));
     PressOk(); // the values are unchanged: no warning
     ExpectConvertsLike(kRig, kRef);
 }

@@ -66,7 +66,18 @@ protected:
 TEST_F(Saving, AnUnchangedSystemIsStoredExactlyAsBefore) {
     StoreRig();
     StoreHarbour();
-    for (const QString& system : {kRig, kHarbour}) {
+    // values finer than the edits show them: untouched, they are kept as they are
+    const QString fine = QStringLiteral("Fine");
+    StoreHarbour(fine);
+    Change(fine, [](OrvGeoStaticDataBase& s) {
+        s.SetDtfParameters({-81.12345678, -90.25, -115.125, 0.123456789, -0.25, 0.125, 2.00000001},
+                           0, 0.0, 0.0);
+        s.SetPostTranslationOn(true); // an adjustment comes with the translation flag
+        s.SetPostTranslation(0.0000001, 0.0, 0.0);
+        s.SetPostHorAdjustOn(true);
+        s.SetPostHorAdjust(1.000012345, 155000.1234567, 463000.0, 0.0000123);
+    });
+    for (const QString& system : {kRig, kHarbour, fine}) {
         const QString before = DumpUserDb();
         Open(kGroup, system);
         PressOk();
