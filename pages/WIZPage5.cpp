@@ -6,7 +6,6 @@
 #include "platform/UiInteraction.h"
 #include "resources/StringTable.h"
 #include "ui_WIZPage5.h"
-#include "util/COrvUnitCnv.h"
 #include "wizard/GeoWizard.h"
 #include "wizard/WzdUtility.h"
 
@@ -40,17 +39,6 @@ int DecimalsOf(int position) {
     if (position < kParameterCount)
         return kParameterDecimals;
     return position < kEpochPosition ? kRateDecimals : kEpochDecimals;
-}
-
-void SetRotationSign(double sign) {
-    StaticFormats::GetUnitCnv().SetUnit(COrvUnitCnv::RotationCategory, sign, 0.0,
-                                        QStringLiteral("\""),
-                                        LoadOrvString(StrId::RotationUnitName));
-}
-
-// A group box title shows '&' as a shortcut mark unless it is doubled.
-QString TitleText(QString text) {
-    return text.replace(QLatin1Char('&'), QStringLiteral("&&"));
 }
 
 } // namespace
@@ -100,8 +88,8 @@ bool WIZPage5::OnSetActive() {
         staticData->GetSatelliteEllipsoidName(satellite);
         staticData->GetLocalEllipsoidName(local);
     }
-    m_ui->dtfGroup->setTitle(TitleText(LoadOrvString(StrId::DtfGroupFrom) + satellite +
-                                       LoadOrvString(StrId::DtfGroupTo) + local));
+    m_ui->dtfGroup->setTitle(WzdUtility::GroupBoxTitle(
+        LoadOrvString(StrId::DtfGroupFrom) + satellite + LoadOrvString(StrId::DtfGroupTo) + local));
     if (!m_sheet->GetDtfInit())
         InitFields();
     m_sheet->SetWizardButtons(kBackNext);
@@ -177,12 +165,12 @@ void WIZPage5::ApplyMethodLayout(int methodIndex) {
     case DTF_7_POSITION_VECTOR:
     case DTF_7_COORDINATE_FRAME:
         ShowValueCount(kParameterCount);
-        SetRotationSign(DtfRotationSign(methodIndex));
+        WzdUtility::SetRotationUnit(DtfRotationSign(methodIndex));
         break;
     case DTF_15_POSITION_VECTOR:
     case DTF_15_COORDINATE_FRAME:
         ShowValueCount(kValueCount);
-        SetRotationSign(DtfRotationSign(methodIndex));
+        WzdUtility::SetRotationUnit(DtfRotationSign(methodIndex));
         break;
     default:
         break;

@@ -1,9 +1,7 @@
 #include "pages/WIZPage9.h"
 
-#include "api/GeoKeys.h"
 #include "api/OrvGeoDatabaseBase.h"
 #include "api/OrvGeoStaticDataBase.h"
-#include "api/ProjectionMethods.h"
 #include "dialogs/CMaskEdit.h"
 #include "platform/DataExchange.h"
 #include "platform/UiInteraction.h"
@@ -11,23 +9,13 @@
 #include "ui_WIZPage9.h"
 #include "util/UtmZones.h"
 #include "wizard/GeoWizard.h"
+#include "wizard/UtmRows.h"
 
 #include <QSignalBlocker>
 
 namespace {
 
-// Rows of the UTM layout (in the order of its parameters) that the lists write.
-constexpr int kCentralMeridianRow = 1;
-constexpr int kFalseNorthingRow = 4;
-constexpr int kUtmRows = 5;
-// The stored projection a new UTM projection starts from.
-const QString kUtmTemplate = QStringLiteral("UTM Zone-30N");
 const QString kMeters = QStringLiteral("Meters");
-constexpr int kFalseNorthingDecimals = 7;
-
-QString key(const wchar_t* text) {
-    return QString::fromWCharArray(text);
-}
 
 } // namespace
 
@@ -81,17 +69,9 @@ void WIZPage9::FillLists() {
     }
     m_methodName = m_ui->methodCombo->currentText();
 
-    const QSignalBlocker quietZones(m_ui->zoneCombo);
-    m_ui->zoneCombo->clear();
-    for (int zone = 1; zone <= UtmZones::ZoneCount; ++zone)
-        m_ui->zoneCombo->addItem(UtmZones::ZoneText(zone));
-    m_ui->zoneCombo->setCurrentIndex(-1);
-
-    const QSignalBlocker quietHemispheres(m_ui->hemisphereCombo);
-    m_ui->hemisphereCombo->clear();
-    m_ui->hemisphereCombo->addItems({UtmZones::NorthernText(), UtmZones::SouthernText()});
-    m_ui->hemisphereCombo->setCurrentIndex(0);
-    m_hemisphereText = UtmZones::NorthernText();
+    UtmRows::FillZoneList(m_ui->zoneCombo);
+    UtmRows::FillHemisphereList(m_ui->hemisphereCombo);
+    m_hemisphereText = m_ui->hemisphereCombo->currentText();
 }
 
 void WIZPage9::LayOutRows(bool restore) {
@@ -113,39 +93,23 @@ void WIZPage9::LayOutRows(bool restore) {
     PrjParamBlock block;
     if (restore || m_utmMode) {
         if (database)
-            database->GetProjectionParameters(restore ? m_projectionName : kUtmTemplate, block,
-                                              m_paramValues, m_paramNames, m_paramTypes);
-    } else if (const ProjectionMethods::Method* method = ProjectionMethods::ByName(m_methodName)) {
+            database->GetProjectionParameters(restore ? m_projectionName
+                                                      : UtmRows::TemplateProjection(),
+                                              block, m_paramValues, m_paramNames, m_paramTypes);
+    } else {
         // the method's own parameters with their defaults
-        for (const ProjectionMethods::Param& param : method->params) {
-            m_paramNames << QString::fromUtf8(param.name);
-            m_paramTypes << param.type;
-            m_paramValues << QString::number(param.defaultValue, 'f', 6);
-        }
+        WzdUtility::MethodDefaultParameters(m_methodName, m_paramNames, m_paramValues,
+                                            m_paramTypes);
     }
     m_usedRows =
         m_utility.LayoutParameterRows(m_labels, m_edits, m_paramNames, m_paramValues, m_paramTypes);
     if (m_utmMode) {
         // only the lists change a UTM projection
-        for (int i = 0; i < m_paramNames.size(); ++i) {
-            const QString& name = m_paramNames[i];
-            if (name.compare(key(projectionParamKeys[ProjectionParamZoneKey]),
-                             Qt::CaseInsensitive) == 0) {
-                const QSignalBlocker quiet(m_ui->zoneCombo);
-                m_ui->zoneCombo->setCurrentIndex(
-                    m_ui->zoneCombo->findText(m_paramValues[i], Qt::MatchFixedString));
-                m_zoneText = m_paramValues[i];
-            } else if (name.compare(key(projectionParamKeys[ProjectionParamHemisphereKey]),
-                                    Qt::CaseInsensitive) == 0) {
-                const QSignalBlocker quiet(m_ui->hemisphereCombo);
-                m_ui->hemisphereCombo->setCurrentIndex(
-                    m_ui->hemisphereCombo->findText(m_paramValues[i], Qt::MatchFixedString));
-                m_hemisphereText = m_paramValues[i];
-            }
-        }
+        UtmRows::SelectZoneAndHemisphere(m_paramNames, m_paramValues, m_ui->zoneCombo,
+                                         m_ui->hemisphereCombo, m_zoneText, m_hemisphereText);
         for (CMaskEdit* edit : m_edits)
             edit->setEnabled(false);
-        m_usedRows = kUtmRows;
+        m_usedRows = UtmRows::RowCount;
     }
     m_storedRowTexts.clear();
     if (restore)
@@ -221,27 +185,18 @@ void WIZPage9::OnSelChangeMethod() {
 }
 
 void WIZPage9::OnSelChangeZone() {
-    int zone = 0, meridian = 0;
-    QChar letter;
-    if (!UtmZones::ParseZoneText(m_ui->zoneCombo->currentText(), zone, meridian, letter))
-        return;
-    if (letter == u'E' || letter == u'e')
-        m_centralMeridian = meridian;
-    else if (letter == u'W' || letter == u'w')
-        m_centralMeridian = -meridian;
-    else
+    if (!UtmRows::CentralMeridianOfZone(m_ui->zoneCombo->currentText(), m_centralMeridian))
         return;
     m_zoneText = m_ui->zoneCombo->currentText();
-    WzdUtility::ShowRowText(m_edits[kCentralMeridianRow],
+    WzdUtility::ShowRowText(m_edits[UtmRows::CentralMeridianRow],
                             WzdUtility::FormatLongitude(m_centralMeridian));
 }
 
 void WIZPage9::OnSelChangeHemisphere() {
     m_hemisphereText = m_ui->hemisphereCombo->currentText();
     m_falseNorthing = UtmZones::FalseNorthing(m_hemisphereText);
-    const QString format = QString::asprintf("%%.%df", kFalseNorthingDecimals);
-    WzdUtility::ShowRowText(m_edits[kFalseNorthingRow],
-                            QString::asprintf(format.toLatin1().constData(), m_falseNorthing));
+    WzdUtility::ShowRowText(m_edits[UtmRows::FalseNorthingRow],
+                            UtmRows::FalseNorthingText(m_falseNorthing));
 }
 
 bool WIZPage9::RowsChanged() {
@@ -286,26 +241,11 @@ void WIZPage9::HandOver() {
     if (!staticData)
         return;
     // the texts of the rows as shown; the numbers read from them
-    const QList<int> rowParams = m_utility.RowParams();
     m_utility.ReadParameterRows(m_edits, numbers, this);
     PrjParamBlock block;
-    QStringList values = m_paramValues;
-    for (int row = 0; row < rowParams.size() && row < numbers.size(); ++row) {
-        const int param = rowParams[row];
-        values[param] = m_edits[row]->text();
-        if (param < PrjParamBlock::MaxParams)
-            block.values[param] = numbers[row];
-    }
-    for (int i = 0; i < m_paramNames.size(); ++i) {
-        if (m_paramNames[i].compare(key(projectionParamKeys[ProjectionParamZoneKey]),
-                                    Qt::CaseInsensitive) == 0)
-            values[i] = m_zoneText;
-        else if (m_paramNames[i].compare(key(projectionParamKeys[ProjectionParamHemisphereKey]),
-                                         Qt::CaseInsensitive) == 0)
-            values[i] = m_hemisphereText;
-    }
-    block.count =
-        static_cast<int>(std::min<qsizetype>(m_paramNames.size(), PrjParamBlock::MaxParams));
+    QStringList values;
+    m_utility.CollectParameters(m_edits, numbers, m_paramNames, m_paramValues, m_zoneText,
+                                m_hemisphereText, block, values);
     staticData->SetProjectionMethod(m_methodName);
     staticData->SetProjectionName(m_projectionName, static_cast<short>(MethodId()));
     if (m_utmMode) {

@@ -40,6 +40,13 @@ const FileDialogRule kPostDialogs[] = {
      "General/Geoidmodels/Netherlands/"},
 };
 
+const FileDialogRule kEditorPostDialogs[] = {
+    {GeoidKey::Ostn, "txt", StrId::FilterOsShift, "|*.txt||",
+     "General/Geoidmodels/United Kingdom/"},
+    {GeoidKey::Ntv2Shift, "gsb", StrId::FilterRdShift, "|*.gsb||",
+     "General/Geoidmodels/Netherlands/"},
+};
+
 template <std::size_t N>
 const FileDialogRule* findRule(const FileDialogRule (&rules)[N], int index) {
     for (const FileDialogRule& rule : rules)
@@ -75,6 +82,10 @@ const FileDialogRule* GeoidFileDialog(int index) {
 
 const FileDialogRule* PostFileDialog(int index) {
     return findRule(kPostDialogs, index);
+}
+
+const FileDialogRule* EditorPostFileDialog(int index) {
+    return findRule(kEditorPostDialogs, index);
 }
 
 QString Filter(const FileDialogRule& rule) {

@@ -36,6 +36,9 @@ const FileDialogRule* GeoidFileDialog(int index);
 // The file dialog of a post correction shift model: 25 and 29; null for the others. The
 // United Kingdom model is asked for with the geoid model file's description, as it always was.
 const FileDialogRule* PostFileDialog(int index);
+// The same for the coordinate system editor, which asks for the United Kingdom model with the
+// shift model's own description.
+const FileDialogRule* EditorPostFileDialog(int index);
 
 // The dialog's filter in the "Text|*.ext||" form.
 QString Filter(const FileDialogRule& rule);

@@ -13,6 +13,7 @@
 #include "dialogs/PrjSelectDlg.h"
 #include "dialogs/SelEllipsoidDlg.h"
 #include "dialogs/UnitSelectionDlg.h"
+#include "editor/AdvCoordSysDlg.h"
 #include "pages/WIZPage1.h"
 #include "pages/WIZPage4.h"
 #include "pages/WIZPage8.h"
@@ -355,6 +356,76 @@ void renderDialogs(GeoWizard& wizard, const QDir& dir, QStringList& written) {
     }
 }
 
+// ---- the coordinate system editor ----
+
+// A user system as a surveyor keeps one: a 15-value datum transformation, a UTM projection in
+// US survey feet, a geoid grid and post corrections.
+bool storeEditorSample(const QString& dataSource) {
+    std::unique_ptr<OrvGeoStaticDataBase> sd(
+        OrvGeoStaticDatabaseList::GetGeoStaticDataList().Create(dataSource));
+    if (!sd)
+        return false;
+    sd->AssignSystemName(QStringLiteral("Rig 15"));
+    sd->SetGroupName(QStringLiteral("North Sea"));
+    sd->SelectSatelliteEllipsoid(QStringLiteral("WGS 84"));
+    sd->SelectLocalEllipsoid(QStringLiteral("International 1924"));
+    sd->SetDtfName(QStringLiteral("Rig 15 dtf"));
+    sd->SetDtfMethod(QStringLiteral("Position Vector time-dependent (15 parameters)"),
+                     DTF_15_POSITION_VECTOR);
+    sd->SetDtfDescription(QStringLiteral("Fitted on the rig's reference points"));
+    sd->SetDtfParameters({-87.5, -98.25, -121.125, 0.25, -0.125, 0.5, 1.5, 0.001, -0.002, 0.003,
+                          0.0001, 0.0002, -0.0003, 0.00005, 2010.0},
+                         0, 2015.5, 0.0);
+    sd->SetUnitName(QStringLiteral("US survey foot"));
+    sd->SetProjectionMethod(QStringLiteral("UTM"));
+    sd->SetProjectionName(QStringLiteral("Rig 15 UTM ft"), 1);
+    sd->SetUtmMode(true);
+    sd->SetUtmZoneText(QStringLiteral("Zone 31     (  3 E)"));
+    sd->SetUtmHemisphereText(QStringLiteral("Northern"));
+    PrjParamBlock block;
+    block.count = 5;
+    block.values = {0.0, 3.0, 0.9996, 1640416.666667, 0.0};
+    sd->SetProjectionParameters(block,
+                                {QStringLiteral("00°00'00.0000000\"N"),
+                                 QStringLiteral("003°00'00.0000000\"E"), QStringLiteral("0.999600"),
+                                 QStringLiteral("1640416.666667"), QStringLiteral("0.000000")},
+                                {QStringLiteral("Latitude of natural origin"),
+                                 QStringLiteral("Longitude of natural origin"),
+                                 QStringLiteral("Scale factor at natural origin"),
+                                 QStringLiteral("False easting"), QStringLiteral("False northing")},
+                                {PRM_LATITUDE, PRM_LONGITUDE, PRM_SCALE, PRM_LENGTH, PRM_LENGTH});
+    sd->SetGeoidEnabled(true);
+    sd->SetGeoidMethod(QStringLiteral("GTX Geoid Grid"));
+    sd->SetGeoidFile(QStringLiteral("egm96_15.gtx"));
+    sd->SetPostTranslationOn(true);
+    sd->SetPostTranslation(10.5, -4.25, 0.75);
+    sd->SetPostHorAdjustOn(true);
+    sd->SetPostHorAdjust(1.0001, 1640000.0, 5000.0, 1.5);
+    return sd->SaveCoordSys();
+}
+
+// The editor on a pre-defined system (read-only) and on a user system.
+void renderEditor(const QString& dataSource, const QDir& dir, QStringList& written) {
+    struct Shot {
+        const char* group;
+        const char* system;
+        const char* file;
+    };
+    const Shot shots[] = {{"Europe", "ED50 / UTM zone 31N", "editor-predefined"},
+                          {"North Sea", "Rig 15", "editor-user-system"}};
+    storeEditorSample(dataSource);
+    for (const Shot& shot : shots) {
+        AdvCoordSysDlg editor(QString::fromUtf8(shot.group), QString::fromUtf8(shot.system),
+                              QString(), QString(), QString(), QString(), QString(), true);
+        editor.SetDllType(dataSource);
+        editor.show();
+        const QString path = dir.filePath(QString::fromLatin1(shot.file) + QStringLiteral(".png"));
+        if (save(editor, path))
+            written << path;
+        editor.hide();
+    }
+}
+
 } // namespace
 
 QStringList RenderScreenshots(const QString& folder, const QString& dataSource, QString& error) {
@@ -408,6 +479,7 @@ QStringList RenderScreenshots(const QString& folder, const QString& dataSource, 
     renderTimeDependentDtf(wizard, dir, written);
     wizard.hide();
     renderDialogs(wizard, dir, written);
+    renderEditor(dataSource, dir, written);
     if (written.isEmpty())
         error = QStringLiteral("no page could be rendered");
     return written;

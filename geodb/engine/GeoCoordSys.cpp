@@ -3,6 +3,9 @@
 #include "engine/ModelFiles.h"
 #include "util/CommonFolders.h"
 
+#include <QSqlQuery>
+#include <QThread>
+
 #include <proj.h>
 
 #include <algorithm>
@@ -30,7 +33,8 @@ QString EpochRefused(const GeoPoint& p) {
 
 } // namespace
 
-GeoCoordSys::GeoCoordSys(std::unique_ptr<GeoStore> store) : m_store(std::move(store)) {}
+GeoCoordSys::GeoCoordSys(std::unique_ptr<GeoStore> store)
+    : m_store(std::move(store)), m_thread(QThread::currentThread()) {}
 
 GeoCoordSys::~GeoCoordSys() {
     Reset();
@@ -43,6 +47,26 @@ void GeoCoordSys::Reset() {
         proj_destroy(m_pj);
     m_pj = nullptr;
     m_spec = PipelineSpec{};
+}
+
+qint64 GeoCoordSys::UserDataVersion() const {
+    // The store's connections belong to the thread that opened them.
+    if (!m_store || m_thread != QThread::currentThread())
+        return -1;
+    QSqlQuery q(m_store->userDb());
+    if (!q.exec(QStringLiteral("PRAGMA data_version")) || !q.next())
+        return -1;
+    return q.value(0).toLongLong();
+}
+
+void GeoCoordSys::FollowStore() {
+    if (m_storedArgs.size() != 9 || m_dataVersion < 0)
+        return;
+    const qint64 version = UserDataVersion();
+    if (version < 0 || version == m_dataVersion)
+        return;
+    const QStringList args = m_storedArgs;
+    DefineSystem(args[0], args[1], args[2], args[3], args[4], args[5], args[6], args[7], args[8]);
 }
 
 void GeoCoordSys::ApplyOverrides(SystemDefinition& def, const QString& geoidName,
@@ -88,9 +112,11 @@ void GeoCoordSys::ApplyOverrides(SystemDefinition& def, const QString& geoidName
 }
 
 bool GeoCoordSys::DefineSystem(const QString& s1, const QString& s2, const QString& s3,
-                               const QString& s4, const QString& /*s5: always empty*/,
-                               const QString& s6, const QString& s7, const QString& s8,
-                               const QString& /*s9: "none"*/) {
+                               const QString& s4, const QString& s5, const QString& s6,
+                               const QString& s7, const QString& s8, const QString& s9) {
+    // s5 is always empty and s9 "none"; all are kept to define the system again
+    m_storedArgs = {s1, s2, s3, s4, s5, s6, s7, s8, s9};
+    m_dataVersion = UserDataVersion();
     if (!m_store) {
         m_error = QStringLiteral("No coordinate-system database is open.");
         return false;
@@ -121,10 +147,15 @@ bool GeoCoordSys::DefineSystem(const QString& s1, const QString& s2, const QStri
         if (unit && unit->metersPerUnit > 0)
             options.projectionUnitFactor = unit->metersPerUnit;
     }
-    return Define(*def, options);
+    return DefineFrom(*def, options);
 }
 
 bool GeoCoordSys::Define(const SystemDefinition& definition, PipelineOptions options) {
+    m_storedArgs.clear(); // defined as given, not from the store
+    return DefineFrom(definition, std::move(options));
+}
+
+bool GeoCoordSys::DefineFrom(const SystemDefinition& definition, PipelineOptions options) {
     Reset();
     m_error.clear();
     if (options.projFolders.isEmpty())
@@ -190,8 +221,10 @@ std::size_t GeoCoordSys::InverseArray(GeoPoint* points, bool* ok, std::size_t co
 }
 
 std::size_t GeoCoordSys::Convert(int direction, GeoPoint* points, bool* ok, std::size_t count) {
+    FollowStore();
     if (!m_pj) {
-        m_error = QStringLiteral("The coordinate system is not defined.");
+        if (m_error.isEmpty()) // a failed definition has said why
+            m_error = QStringLiteral("The coordinate system is not defined.");
         if (ok)
             std::fill(ok, ok + count, false);
         return 0;

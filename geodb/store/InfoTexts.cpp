@@ -175,6 +175,24 @@ QString Projection(const ProjectionRecord& prj, const QString& group, const QStr
     return out;
 }
 
+QString Users(const QString& what, const QList<SystemUse>& users, int predefinedCount) {
+    const qsizetype total = users.size() + predefinedCount;
+    QString out = Line(1, QStringLiteral("Stored coordinate systems with this %1: %2")
+                              .arg(what, total ? QString::number(total) : QStringLiteral("none")));
+    for (const SystemUse& use : users) {
+        const QString projects =
+            use.projects.isEmpty()
+                ? QStringLiteral("in no project")
+                : QStringLiteral("in the projects %1").arg(use.projects.join(QStringLiteral(", ")));
+        out += Line(2, QStringLiteral("%1 / %2, %3").arg(use.group, use.system, projects));
+    }
+    if (predefinedCount > 0)
+        out += Line(2, QStringLiteral("%1 pre-defined coordinate system%2")
+                           .arg(predefinedCount)
+                           .arg(predefinedCount == 1 ? QString() : QStringLiteral("s")));
+    return out;
+}
+
 QString GeoidSummary(const SystemRecord& s) {
     if (!s.geoidOn || s.geoidMethod.isEmpty())
         return QStringLiteral("none");

@@ -321,9 +321,42 @@ bool SqliteGeoDatabase::IsPrjStoredOfType(const QString& prjName, int type) {
     return IsPrjOfType(prjName, type);
 }
 
+QString SqliteGeoDatabase::UsersText(const QString& column, const QString& name,
+                                     const QString& what) const {
+    // A user entry is used by user systems only; a pre-defined one by both.
+    QList<InfoTexts::SystemUse> users;
+    int predefined = 0;
+    const QString systems = QStringLiteral("SELECT g.name, c.name, c.name_key FROM coordsys c "
+                                           "JOIN sysgroup g ON g.id = c.group_id WHERE c.%1 = ? "
+                                           "ORDER BY g.name_key, c.name_key")
+                                .arg(column);
+    QSqlQuery q(m_store->userDb());
+    q.setForwardOnly(true);
+    if (StoreSql::Run(q, systems, {name})) {
+        while (q.next()) {
+            InfoTexts::SystemUse use{q.value(0).toString(), q.value(1).toString(), {}};
+            use.projects = StoreSql::Column(
+                m_store->userDb(),
+                QStringLiteral(
+                    "SELECT project FROM system_use WHERE system_key = ? ORDER BY project"),
+                {q.value(2)});
+            users << use;
+        }
+    }
+    QSqlQuery count(m_store->systemDb());
+    if (StoreSql::Run(count,
+                      QStringLiteral("SELECT COUNT(*) FROM coordsys WHERE %1 = ?").arg(column),
+                      {name}) &&
+        count.next())
+        predefined = count.value(0).toInt();
+    return InfoTexts::Users(what, users, predefined);
+}
+
 QString SqliteGeoDatabase::GetDtfInfoText(QString& out, const QString& dtf, int /*flag*/) {
     const auto d = m_store->FindDtf(dtf, GEODB_ALL, Begin());
-    out = d ? InfoTexts::Dtf(*d) : QString();
+    out = d ? InfoTexts::Dtf(*d) + UsersText(QStringLiteral("dtf_name"), d->name,
+                                             QStringLiteral("datum transformation"))
+            : QString();
     return out;
 }
 
@@ -355,7 +388,9 @@ QString SqliteGeoDatabase::GetSystemInfoText(QString& out, const QString& group,
 QString SqliteGeoDatabase::GetProjectionInfoText(const QString& prjName) {
     Begin();
     const auto prj = Projection(prjName);
-    return prj ? InfoTexts::Projection(*prj) : QString();
+    return prj ? InfoTexts::Projection(*prj) + UsersText(QStringLiteral("projection_name"),
+                                                         prj->name, QStringLiteral("projection"))
+               : QString();
 }
 
 QString SqliteGeoDatabase::GetSystemProjectionInfoText(const QString& group, const QString& system,
@@ -365,7 +400,10 @@ QString SqliteGeoDatabase::GetSystemProjectionInfoText(const QString& group, con
     if (!s)
         return QString();
     const auto prj = m_store->FindProjection(s->projectionName, GEODB_ALL, e);
-    return prj ? InfoTexts::Projection(*prj, s->group, s->name) : QString();
+    return prj ? InfoTexts::Projection(*prj, s->group, s->name) +
+                     UsersText(QStringLiteral("projection_name"), prj->name,
+                               QStringLiteral("projection"))
+               : QString();
 }
 
 QString SqliteGeoDatabase::GetUnitDescription(QString& out, const QString& unitName) {

@@ -105,6 +105,9 @@ private:
     QStringList NamesInScope(const QString& sql, int scope, const QVariantList& values = {});
     // True when the statement gives a row in a database of the scope.
     bool RowInScope(const QString& sql, int scope, const QVariantList& values);
+    // The lines of an information text that tell which stored systems use the datum
+    // transformation or projection of that name (column: dtf_name or projection_name).
+    QString UsersText(const QString& column, const QString& name, const QString& what) const;
 
     std::unique_ptr<GeoStore> m_store;
     QString m_lastError;

@@ -71,6 +71,8 @@ void SqliteStaticData::Clear() {
     m_draft = SystemDraft{};
     m_geoidMethod.clear();
     m_geoidFile.clear();
+    m_loadedFromStore = false;
+    m_keepDtfTrailing = false;
     m_draft.system.satEllipsoid = QStringLiteral("WGS 84");
     m_draft.unit.name.clear();
     m_draft.unit.metersPerUnit = 1.0;
@@ -95,6 +97,8 @@ bool SqliteStaticData::LoadCoordSys(const QString& group, const QString& system)
     m_draft = d;
     m_geoidMethod.clear();
     m_geoidFile.clear();
+    m_loadedFromStore = true;
+    m_keepDtfTrailing = false;
     return true;
 }
 
@@ -103,6 +107,13 @@ SystemDraft SqliteStaticData::Resolved() const {
     d.system.geoidMethod = EffectiveGeoidMethod();
     d.system.geoidFile = EffectiveGeoidFile();
     d.system.geoidOn = d.system.geoidOn && !d.system.geoidMethod.isEmpty();
+    if (m_keepDtfTrailing) {
+        // those of the transformation of that name when one is stored, else those loaded
+        if (const auto stored = m_store->FindDtf(d.dtf.name)) {
+            d.dtf.obsEpoch = stored->obsEpoch;
+            d.dtf.trailing2 = stored->trailing2;
+        }
+    }
     return d;
 }
 
@@ -205,6 +216,12 @@ void SqliteStaticData::SetDtfParameters(const DtfValues& values, unsigned char o
                                         double trailing1, double trailing2) {
     m_draft.dtf.values = values;
     m_draft.dtf.option = option;
+    if (m_loadedFromStore) {
+        // The editor hands over the further values (accuracy, EPSG code) it read with
+        // GetDtfParameters; a user record keeps none, and they are no observation epoch.
+        m_keepDtfTrailing = true;
+        return;
+    }
     m_draft.dtf.obsEpoch = trailing1;
     m_draft.dtf.trailing2 = trailing2;
 }

@@ -273,6 +273,12 @@ bool Validate(const GeoStore& store, const SystemDraft& in, Resolved& out, QStri
         return fail(
             QStringLiteral("The projection \"%1\" has no known method.").arg(d.projection.name));
     d.projection.methodId = out.method->id;
+    // A projection nothing can compute is referenced where it is pre-defined, never written.
+    if (out.method->id == ProjectionMethods::NotImplementedId &&
+        !store.FindProjection(d.projection.name, GEODB_SYSTEM))
+        return fail(QStringLiteral("The projection \"%1\" has a method that is not implemented; "
+                                   "it cannot be saved.")
+                        .arg(d.projection.name));
     if (out.method->id == ProjectionMethods::UtmId) {
         if (!SetUtmRows(d, error))
             return false;
