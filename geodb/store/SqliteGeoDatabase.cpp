@@ -335,11 +335,12 @@ QString SqliteGeoDatabase::UsersText(const QString& column, const QString& name,
     if (StoreSql::Run(q, systems, {name})) {
         while (q.next()) {
             InfoTexts::SystemUse use{q.value(0).toString(), q.value(1).toString(), {}};
+            QString unread;
             use.projects = StoreSql::Column(
                 m_store->userDb(),
                 QStringLiteral(
                     "SELECT project FROM system_use WHERE system_key = ? ORDER BY project"),
-                {q.value(2)});
+                {q.value(2)}, &unread); // an information text: a failed read lists no project
             users << use;
         }
     }

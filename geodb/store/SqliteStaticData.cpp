@@ -109,7 +109,8 @@ SystemDraft SqliteStaticData::Resolved() const {
     d.system.geoidOn = d.system.geoidOn && !d.system.geoidMethod.isEmpty();
     if (m_keepDtfTrailing) {
         // those of the transformation of that name when one is stored, else those loaded
-        if (const auto stored = m_store->FindDtf(d.dtf.name)) {
+        QString unread; // a transformation that cannot be read keeps the values loaded
+        if (const auto stored = m_store->FindDtf(d.dtf.name, GEODB_ALL, &unread)) {
             d.dtf.obsEpoch = stored->obsEpoch;
             d.dtf.trailing2 = stored->trailing2;
         }

@@ -274,8 +274,13 @@ bool Validate(const GeoStore& store, const SystemDraft& in, Resolved& out, QStri
             QStringLiteral("The projection \"%1\" has no known method.").arg(d.projection.name));
     d.projection.methodId = out.method->id;
     // A projection nothing can compute is referenced where it is pre-defined, never written.
-    if (out.method->id == ProjectionMethods::NotImplementedId &&
-        !store.FindProjection(d.projection.name, GEODB_SYSTEM))
+    QString unread;
+    const bool predefined =
+        out.method->id == ProjectionMethods::NotImplementedId &&
+        store.FindProjection(d.projection.name, GEODB_SYSTEM, &unread).has_value();
+    if (!unread.isEmpty())
+        return fail(unread);
+    if (out.method->id == ProjectionMethods::NotImplementedId && !predefined)
         return fail(QStringLiteral("The projection \"%1\" has a method that is not implemented; "
                                    "it cannot be saved.")
                         .arg(d.projection.name));
