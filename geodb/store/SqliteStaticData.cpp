@@ -87,11 +87,12 @@ QString PreviewRows(const DraftPreview& preview, const UnitRecord& unit) {
                                    "origin"));
     } else {
         const QString suffix = Esc(unit.suffix.isEmpty() ? unit.name : unit.suffix);
-        QString point = QStringLiteral("WGS 84 in: latitude %1, longitude %2, height %3 m")
+        QString point = QStringLiteral("WGS 84 latitude: %1<br>WGS 84 longitude: %2<br>"
+                                       "WGS 84 height: %3 m")
                             .arg(Angle(preview.wgs84.x, LatitudeKind),
                                  Angle(preview.wgs84.y, LongitudeKind), Length(preview.wgs84.z));
         if (preview.converted)
-            point += QStringLiteral("<br>Grid out: Easting %1 %4, Northing %2 %4, Z %3 %4")
+            point += QStringLiteral("<br>Easting: %1 %4<br>Northing: %2 %4<br>Z: %3 %4")
                          .arg(Length(preview.grid.x), Length(preview.grid.y),
                               Length(preview.grid.z), suffix);
         else

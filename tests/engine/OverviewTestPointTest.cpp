@@ -38,9 +38,11 @@ struct TestPoint {
 // Reads the test point rows back; false when the overview has no converted point.
 bool ReadTestPoint(const QString& text, TestPoint& p) {
     static const QRegularExpression in(
-        QStringLiteral("WGS 84 in: latitude (\\S+), longitude (\\S+), height (-?[0-9.]+) m\\n"));
-    static const QRegularExpression out(QStringLiteral(
-        "Grid out: Easting (-?[0-9.]+) (\\S+), Northing (-?[0-9.]+) \\S+, Z (-?[0-9.]+) \\S+\\n"));
+        QStringLiteral("WGS 84 latitude: (\\S+)\\nWGS 84 longitude: (\\S+)\\nWGS 84 height: "
+                       "(-?[0-9.]+) m\\n"));
+    static const QRegularExpression out(
+        QStringLiteral("\\nEasting: (-?[0-9.]+) (\\S+)\\nNorthing: (-?[0-9.]+) \\S+\\nZ: "
+                       "(-?[0-9.]+) \\S+\\n"));
     const auto a = in.match(text);
     const auto b = out.match(text);
     if (!a.hasMatch() || !b.hasMatch())

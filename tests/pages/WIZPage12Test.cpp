@@ -99,7 +99,7 @@ TEST_F(OverviewPage, ShowsTheOverviewOfTheSystemBeingBuilt) {
     const QString text = shownText();
     EXPECT_TRUE(text.contains(System));
     EXPECT_TRUE(text.contains(QStringLiteral("OSGB36 to WGS 84 (6)")));
-    EXPECT_TRUE(text.contains(QStringLiteral("Grid out: Easting ")));
+    EXPECT_TRUE(text.contains(QStringLiteral("\nEasting: ")));
     EXPECT_FALSE(text.contains(QStringLiteral("Warning")));
     EXPECT_TRUE(Control<QTextEdit>(12, QStringLiteral("overviewText"))->isReadOnly());
     EXPECT_EQ(Control<QPushButton>(12, QStringLiteral("terrameter"))->text(),
