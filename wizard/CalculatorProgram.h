@@ -5,7 +5,7 @@
 // The geodetic calculator the overview page starts on the new system. Its program key (the
 // base name of the calculator's program file) is a setting: the entry "Terrameter" of the
 // section "Programs" of ORV.ini in the program-data folder, "terrameter" when absent or
-// empty. See docs/calculator.md.
+// empty. See docs/wizard-closing.md.
 namespace CalculatorProgram {
 
 // ORV.ini section and entry of the program key.
