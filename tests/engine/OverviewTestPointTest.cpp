@@ -206,3 +206,43 @@ TEST_F(OverviewTestPoint, EmptyRecordHasNoTestPoint) {
     EXPECT_TRUE(text.contains(QStringLiteral("Test point:none")));
     EXPECT_FALSE(text.contains(QStringLiteral("Warning")));
 }
+
+// What the overview shows is what the saved system does: saved and defined from the
+// database, the system converts the test point to the same grid values, also where a
+// pre-defined projection in metres serves a system in feet.
+TEST_F(OverviewTestPoint, TheSavedSystemConvertsTheTestPointAsShown) {
+    struct Case {
+        const char* group;
+        const char* system;
+        const char* unit; // null: the stored system's unit
+    };
+    const Case cases[] = {{"UK", "OSGB36 / British National Grid", nullptr},
+                          {"World", "WGS 84 / UTM zone 31N", "US survey foot"},
+                          {"Europe", "ED50 / UTM zone 31N", nullptr}};
+    int saved = 0;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.system);
+        ASSERT_TRUE(sd->LoadCoordSys(QString::fromLatin1(c.group), QString::fromLatin1(c.system)));
+        const QString name = QStringLiteral("Copy %1").arg(++saved);
+        sd->AssignSystemName(name);
+        sd->SetGroupName(QStringLiteral("Copies"));
+        if (c.unit)
+            sd->SetUnitName(QString::fromLatin1(c.unit));
+        TestPoint shown;
+        ASSERT_TRUE(ReadTestPoint(Text(), shown));
+        ASSERT_TRUE(sd->SaveCoordSys()) << sd->LastError().toStdString();
+
+        std::unique_ptr<OrvGeoCoordSysBase> cs(
+            OrvGeoCoordSysList::GetCoordSysList().Create(folder.dllType()));
+        ASSERT_TRUE(cs);
+        const QString e;
+        ASSERT_TRUE(cs->DefineSystem(QStringLiteral("Copies"), name, e, e, e, e, e, e,
+                                     QStringLiteral("none")))
+            << cs->LastError().toStdString();
+        GeoPoint p{shown.lat, shown.lon, shown.h, 0};
+        ASSERT_TRUE(cs->Forward(p));
+        EXPECT_NEAR(p.x, shown.e, 0.0005);
+        EXPECT_NEAR(p.y, shown.n, 0.0005);
+        EXPECT_NEAR(p.z, shown.z, 0.0005);
+    }
+}
