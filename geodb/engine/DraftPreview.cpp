@@ -248,7 +248,13 @@ DraftPreview PreviewDraft(const GeoStore& store, const SystemDraft& d) {
 
     // The test point.
     double lat = 0, lon = 0;
-    if (def.dtf.methodIndex != DTF_NONE && DtfAreaCentre(def.dtf.epsgCode, lat, lon))
+    // The pages hand over a stored transformation by its name and values, not its code.
+    int dtfCode = def.dtf.epsgCode;
+    if (dtfCode == 0 && !def.dtf.name.isEmpty()) {
+        if (const auto stored = store.FindDtf(def.dtf.name))
+            dtfCode = stored->epsgCode;
+    }
+    if (def.dtf.methodIndex != DTF_NONE && DtfAreaCentre(dtfCode, lat, lon))
         preview.source = DraftPreview::PointSource::DtfAreaOfUse;
     else if (ProjectionOrigin(d, method, lat, lon))
         preview.source = DraftPreview::PointSource::ProjectionOrigin;

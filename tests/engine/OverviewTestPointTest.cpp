@@ -4,6 +4,7 @@
 #include "engine/EpsgReference.h"
 #include "support/TempDataFolder.h"
 #include "util/GeoFormat.h"
+#include "util/GeobaseToGeostatic.h"
 
 #include <QRegularExpression>
 
@@ -245,4 +246,17 @@ TEST_F(OverviewTestPoint, TheSavedSystemConvertsTheTestPointAsShown) {
         EXPECT_NEAR(p.y, shown.n, 0.0005);
         EXPECT_NEAR(p.z, shown.z, 0.0005);
     }
+}
+
+// The pages hand over a stored transformation by its name and values, without its EPSG code:
+// the area of use is found by the name.
+TEST_F(OverviewTestPoint, AStoredTransformationIsFoundByName) {
+    std::unique_ptr<OrvGeoDatabaseBase> db(
+        OrvGeoDatabaseBaseList::GetGeoDatabaseList().Create(folder.dllType()));
+    ASSERT_TRUE(db);
+    ASSERT_TRUE(OrvGeoWizard::Utils::GeobaseToGeostatic(Uk, Bng, QString(), db.get(), sd.get()));
+    const QString text = Text();
+    EXPECT_TRUE(text.contains(QStringLiteral("(the centre of the datum transformation's area of "
+                                             "use)")))
+        << text.toStdString();
 }
