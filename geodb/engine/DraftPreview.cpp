@@ -188,17 +188,20 @@ void CheckModelFiles(const SystemRecord& s, const PipelineOptions& options, QStr
 DraftPreview PreviewDraft(const GeoStore& store, const SystemDraft& d) {
     DraftPreview preview;
 
+    // A look-up the database cannot answer; the point is then not converted.
+    QString readError;
+
     // The definition as it would be saved and then loaded by DefineSystem.
     SystemDefinition def;
     def.system = d.system;
     if (def.system.satEllipsoid.isEmpty())
         def.system.satEllipsoid = QStringLiteral("WGS 84");
-    if (const auto sat = store.FindEllipsoid(def.system.satEllipsoid))
+    if (const auto sat = store.FindEllipsoid(def.system.satEllipsoid, GEODB_ALL, &readError))
         def.satEllipsoid = *sat;
     def.localEllipsoid.name = d.system.localEllipsoid;
     def.localEllipsoid.values = d.localValues;
     if (def.localEllipsoid.values[0] <= 0) {
-        if (const auto local = store.FindEllipsoid(d.system.localEllipsoid))
+        if (const auto local = store.FindEllipsoid(d.system.localEllipsoid, GEODB_ALL, &readError))
             def.localEllipsoid = *local;
     }
     def.dtf = d.dtf;
@@ -220,10 +223,11 @@ DraftPreview PreviewDraft(const GeoStore& store, const SystemDraft& d) {
     GetCommonDataFolder(store.source().dataFolder, options.commonFolder);
     options.projFolders = ModelFiles::ProjDataFolders();
     // A pre-defined projection is saved by reference and keeps the lengths of its own unit.
-    if (const auto stored = store.FindProjection(def.projection.name, GEODB_SYSTEM);
+    if (const auto stored = store.FindProjection(def.projection.name, GEODB_SYSTEM, &readError);
         stored && !stored->unitName.isEmpty() &&
         stored->unitName.compare(def.unit.name, Qt::CaseInsensitive) != 0) {
-        if (const auto unit = store.FindUnit(stored->unitName); unit && unit->metersPerUnit > 0)
+        if (const auto unit = store.FindUnit(stored->unitName, GEODB_ALL, &readError);
+            unit && unit->metersPerUnit > 0)
             options.projectionUnitFactor = unit->metersPerUnit;
     }
 
@@ -251,7 +255,7 @@ DraftPreview PreviewDraft(const GeoStore& store, const SystemDraft& d) {
     // The pages hand over a stored transformation by its name and values, not its code.
     int dtfCode = def.dtf.epsgCode;
     if (dtfCode == 0 && !def.dtf.name.isEmpty()) {
-        if (const auto stored = store.FindDtf(def.dtf.name))
+        if (const auto stored = store.FindDtf(def.dtf.name, GEODB_ALL, &readError))
             dtfCode = stored->epsgCode;
     }
     if (def.dtf.methodIndex != DTF_NONE && DtfAreaCentre(dtfCode, lat, lon))
@@ -266,6 +270,10 @@ DraftPreview PreviewDraft(const GeoStore& store, const SystemDraft& d) {
     preview.wgs84.y = lon;
     preview.wgs84.z = 0.0;
 
+    if (!readError.isEmpty()) {
+        preview.failure = readError;
+        return preview;
+    }
     GeoCoordSys cs;
     if (!cs.Define(def, options)) {
         preview.failure = cs.LastError();
