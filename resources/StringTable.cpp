@@ -119,6 +119,7 @@ constexpr Entry kStrings[] = {
     {StrId::FilterRdShift, u"RDANPTRANS2018 Shift Model File (.gsb format)"},
     {StrId::GroupNameEmpty, u"Please give a group name."},
     {StrId::NameExistsGiveAnother, u"The name already exists, please give another name."},
+    {StrId::SaveSystemFailed, u"The coordinate system could not be saved.\n%1"},
     {StrId::StartCalculatorFailed, u"Start terrameter failed"},
     {StrId::PostPageInfo,
      u"The Post Correction will be added to correct the calculated Easting, Northing and Z."},

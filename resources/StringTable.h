@@ -93,6 +93,7 @@ enum : int {
     GroupNameEmpty = 15890,
     NameExistsGiveAnother = 15891,
     // overview page
+    SaveSystemFailed = 15894, // %1: the database's reason
     StartCalculatorFailed = 15895,
     // post correction page
     PostPageInfo = 15896,

@@ -36,7 +36,11 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTemporaryDir>
+#include <QTextEdit>
+
+#include <memory>
 
 namespace {
 
@@ -127,6 +131,30 @@ void fillPostPage(GeoWizard& wizard) {
 
 // --- end of WIZPage10, WIZPage13 ---
 
+// --- Save and overview pages (WIZPage11, WIZPage12) ---
+// The save page's Next as a person would press it: the new system goes into the user group
+// "River Thames". In a throw-away data source (the screenshots' temporary folder) a system
+// saved there before gives the save page that group to list; a data source given with
+// --data-source is never written to. The overview then shows the system the pages built, with
+// its test point.
+void fillClosingPages(GeoWizard& wizard) {
+    const QString group = QStringLiteral("River Thames");
+    const bool scratch =
+        wizard.GetDllType().startsWith(QStringLiteral("sqlite:") + QDir::tempPath());
+    if (scratch) {
+        std::unique_ptr<OrvGeoStaticDataBase> earlier(
+            OrvGeoStaticDatabaseList::GetGeoStaticDataList().Create(wizard.GetDllType()));
+        if (earlier && earlier->LoadCoordSys(QStringLiteral("UK"),
+                                             QStringLiteral("OSGB36 / British National Grid"))) {
+            earlier->AssignSystemName(QStringLiteral("Thames crossing 2019"));
+            earlier->SetGroupName(group);
+            earlier->SaveCoordSys();
+        }
+    }
+    if (OrvGeoStaticDataBase* staticData = wizard.GetGeoStatic())
+        staticData->SetGroupName(group);
+}
+
 // Fills the pages as a person would, so that they are rendered with real values: every
 // nested dialog is answered by a script.
 void fillPages(GeoWizard& wizard) {
@@ -150,6 +178,8 @@ void fillPages(GeoWizard& wizard) {
     wizard.SetPrjFromOldPrj(true);
     wizard.SetPrePrjName(QStringLiteral("UTM Zone-31N"));
     wizard.SetUnit(QStringLiteral("Meters"));
+
+    fillClosingPages(wizard);
 }
 
 // What a person does on a page after it became active (pages that refill themselves on every
@@ -475,6 +505,17 @@ QStringList RenderScreenshots(const QString& folder, const QString& dataSource, 
             QStringLiteral("wizard-page%1.png").arg(shot.page, 2, 10, QLatin1Char('0')));
         if (save(wizard, path))
             written << path;
+    }
+    // --- The overview page scrolled to its end: the test point and any warnings ---
+    if (wizard.SetActivePage(wizard.GetPageIndex(wizard.GetWizardPage(12)))) {
+        if (auto* overview =
+                wizard.GetWizardPage(12)->findChild<QTextEdit*>(QStringLiteral("overviewText"))) {
+            settle();
+            overview->verticalScrollBar()->setValue(overview->verticalScrollBar()->maximum());
+            const QString path = dir.filePath(QStringLiteral("wizard-page12-test-point.png"));
+            if (save(wizard, path))
+                written << path;
+        }
     }
     renderTimeDependentDtf(wizard, dir, written);
     wizard.hide();

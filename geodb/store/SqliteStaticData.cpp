@@ -1,6 +1,7 @@
 #include "store/SqliteStaticData.h"
 
 #include "api/ProjectionMethods.h"
+#include "engine/DraftPreview.h"
 #include "store/InfoTexts.h"
 #include "util/GeoFormat.h"
 
@@ -57,6 +58,62 @@ QString ParamText(double value, unsigned type) {
             return text;
     }
     return Num(value, 6);
+}
+
+// Metres, feet and the like with three decimals, never "-0.000".
+QString Length(double value) {
+    const QString text = Num(value, 3);
+    return text == QStringLiteral("-0.000") ? QStringLiteral("0.000") : text;
+}
+
+QString Angle(double value, int kind) {
+    QString text;
+    if (!FormatGeogs(value, 7, 5, kind, text, true, true))
+        text = QString::number(value, 'f', 9);
+    return Esc(text);
+}
+
+// The overview's rows for the test point and the warnings of a draft.
+QString PreviewRows(const DraftPreview& preview, const UnitRecord& unit) {
+    constexpr int LatitudeKind = 10;
+    constexpr int LongitudeKind = 11;
+    auto row = [](const QString& label, const QString& valueHtml) {
+        return QStringLiteral("<tr><td><b>%1</b></td><td>%2</td></tr>").arg(label, valueHtml);
+    };
+    QString html;
+    if (preview.source == DraftPreview::PointSource::None) {
+        html += row(QStringLiteral("Test point:"),
+                    QStringLiteral("none: the definition has no area of use and no projection "
+                                   "origin"));
+    } else {
+        const QString suffix = Esc(unit.suffix.isEmpty() ? unit.name : unit.suffix);
+        QString point = QStringLiteral("WGS 84 latitude: %1<br>WGS 84 longitude: %2<br>"
+                                       "WGS 84 height: %3 m")
+                            .arg(Angle(preview.wgs84.x, LatitudeKind),
+                                 Angle(preview.wgs84.y, LongitudeKind), Length(preview.wgs84.z));
+        if (preview.converted)
+            point += QStringLiteral("<br>Easting: %1 %4<br>Northing: %2 %4<br>Z: %3 %4")
+                         .arg(Length(preview.grid.x), Length(preview.grid.y),
+                              Length(preview.grid.z), suffix);
+        else
+            point += QStringLiteral("<br>Not converted: %1").arg(Esc(preview.failure));
+        switch (preview.source) {
+        case DraftPreview::PointSource::DtfAreaOfUse:
+            point += QStringLiteral("<br>(the centre of the datum transformation's area of use)");
+            break;
+        case DraftPreview::PointSource::ProjectionOrigin:
+            point += QStringLiteral("<br>(the origin of the projection)");
+            break;
+        default:
+            point += QStringLiteral("<br>(the centre of the system's area of use)");
+            break;
+        }
+        html += row(QStringLiteral("Test point:"), point);
+    }
+    for (const QString& warning : preview.warnings)
+        html += row(QStringLiteral("<font color=\"#b00000\">Warning:</font>"),
+                    QStringLiteral("<font color=\"#b00000\">%1</font>").arg(Esc(warning)));
+    return html;
 }
 
 } // namespace
@@ -374,6 +431,8 @@ QString SqliteStaticData::GetOverviewText(QString& out) {
     }
     html +=
         row(QStringLiteral("Post correction:"), Esc(InfoTexts::PostSummary(s.post, d.unit.suffix)));
+    // What the system will do: a point converted with it, and what looks like a mistake.
+    html += PreviewRows(PreviewDraft(*m_store, d), d.unit);
     html += QStringLiteral("</table></body></html>");
     return out = html;
 }
