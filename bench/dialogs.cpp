@@ -4,19 +4,16 @@
 // ellipsoid pair with the most transformations; one keystroke in the projection picker's
 // filter, until the tree and the pane are updated and painted, under 8 ms.
 
+#include "BenchSupport.h"
 #include "api/OrvGeoFactories.h"
 #include "dialogs/DatumTransfmSelDlg.h"
 #include "dialogs/PickerTree.h"
 #include "dialogs/PrjSelectDlg.h"
-#include "store/DataSource.h"
 
 #include <QApplication>
-#include <QFileInfo>
-#include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
 
-#include <cstdio>
 #include <memory>
 
 namespace {
@@ -130,18 +127,7 @@ int main(int argc, char** argv) {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    QTemporaryDir userFolder;
-    const QString systemDb = DataSource::DefaultSystemDbPath();
-    if (!QFileInfo::exists(systemDb)) {
-        std::fprintf(stderr, "The system database %s is not built.\n", qPrintable(systemDb));
-        return 1;
-    }
-    g_dllType = QStringLiteral("sqlite:%1;system=%2").arg(userFolder.path(), systemDb);
-    std::printf("System database: %s\nTargets: a picker ready < 50 ms, one filter keystroke "
-                "in the projection picker < 8 ms\n",
-                qPrintable(systemDb));
-    ::benchmark::Initialize(&argc, argv);
-    ::benchmark::RunSpecifiedBenchmarks();
-    ::benchmark::Shutdown();
-    return 0;
+    return RunBenchmarksOnSystemDatabase(
+        argc, argv, g_dllType,
+        "a picker ready < 50 ms, one filter keystroke in the projection picker < 8 ms");
 }

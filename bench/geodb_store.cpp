@@ -2,16 +2,13 @@
 // selection dialog and the wizard's name page do. Targets: listing every group with its
 // systems under 50 ms, one name check under 1 ms.
 
+#include "BenchSupport.h"
 #include "api/OrvGeoFactories.h"
-#include "store/DataSource.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
-#include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
 
-#include <cstdio>
 #include <memory>
 
 namespace {
@@ -93,18 +90,7 @@ BENCHMARK(BM_GetSystemInfoText)->Unit(benchmark::kMicrosecond);
 
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
-    QTemporaryDir userFolder;
-    const QString systemDb = DataSource::DefaultSystemDbPath();
-    if (!QFileInfo::exists(systemDb)) {
-        std::fprintf(stderr, "The system database %s is not built.\n", qPrintable(systemDb));
-        return 1;
-    }
-    g_dllType = QStringLiteral("sqlite:%1;system=%2").arg(userFolder.path(), systemDb);
-    std::printf("System database: %s\nTargets: listing all groups and systems < 50 ms, one "
-                "system name check < 1 ms\n",
-                qPrintable(systemDb));
-    ::benchmark::Initialize(&argc, argv);
-    ::benchmark::RunSpecifiedBenchmarks();
-    ::benchmark::Shutdown();
-    return 0;
+    return RunBenchmarksOnSystemDatabase(
+        argc, argv, g_dllType,
+        "listing all groups and systems < 50 ms, one system name check < 1 ms");
 }

@@ -30,5 +30,8 @@ bool NameFilterProxy::filterAcceptsRow(int sourceRow, const QModelIndex& sourceP
     if (matches(sourceModel()->index(sourceRow, 0, sourceParent)))
         return true;
     // a member of a matching group
-    return sourceParent.isValid() && matches(sourceParent);
+    for (QModelIndex group = sourceParent; group.isValid(); group = group.parent())
+        if (matches(group))
+            return true;
+    return false;
 }

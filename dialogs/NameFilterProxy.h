@@ -4,7 +4,7 @@
 
 // Narrows a NameTreeModel to the entries whose name contains the filter text (letter case
 // ignored) or whose EPSG code equals it. A group stays while any member matches, and a
-// matching group shows all its members. The model's order is kept (no sorting here).
+// matching group shows all its members (at any depth). The model's order is kept (no sorting here).
 class NameFilterProxy : public QSortFilterProxyModel {
     Q_OBJECT
 public:

@@ -4,9 +4,6 @@
 
 namespace {
 
-// internalId of a top-level index; a child carries its parent's row + 1.
-constexpr quintptr kTopLevel = 0;
-
 // Digit runs are compared by value: each is padded with zeros to this width in the sort key.
 constexpr int kNumberWidth = 20;
 
@@ -65,65 +62,91 @@ void SortNamesNaturally(QStringList& names) {
 
 NameTreeModel::NameTreeModel(QObject* parent) : QAbstractItemModel(parent) {}
 
+void NameTreeModel::addNodes(QList<NameTreeEntry>& entries, int parent, std::vector<int>& rows) {
+    sortNaturally(entries, [](const NameTreeEntry& e) { return e.name; });
+    rows.reserve(entries.size());
+    for (qsizetype i = 0; i < entries.size(); ++i) {
+        const int id = static_cast<int>(m_nodes.size());
+        m_nodes.push_back(
+            Node{std::move(entries[i].name), entries[i].code, parent, static_cast<int>(i), {}});
+        rows.push_back(id);
+        std::vector<int> children;
+        addNodes(entries[i].children, id, children);
+        m_nodes[id].children = std::move(children);
+    }
+}
+
 void NameTreeModel::SetEntries(QList<NameTreeEntry> entries) {
-    const auto nameOf = [](const NameTreeEntry& e) { return e.name; };
-    for (NameTreeEntry& entry : entries)
-        sortNaturally(entry.children, nameOf);
-    sortNaturally(entries, nameOf);
     beginResetModel();
-    m_entries = std::move(entries);
+    m_nodes.clear();
+    m_topLevel.clear();
+    addNodes(entries, -1, m_topLevel);
     endResetModel();
 }
 
-QModelIndex NameTreeModel::FindTopLevel(const QString& name) const {
-    for (int row = 0; row < m_entries.size(); ++row)
-        if (m_entries[row].name.compare(name, Qt::CaseInsensitive) == 0)
-            return index(row, 0);
+const NameTreeModel::Node* NameTreeModel::node(const QModelIndex& index) const {
+    if (!index.isValid() || index.model() != this)
+        return nullptr;
+    return &m_nodes[index.internalId()];
+}
+
+const std::vector<int>& NameTreeModel::childrenOf(const QModelIndex& parent) const {
+    const Node* n = node(parent);
+    return n ? n->children : m_topLevel;
+}
+
+QModelIndex NameTreeModel::FindChild(const QModelIndex& parent, const QString& name) const {
+    const std::vector<int>& children = childrenOf(parent);
+    for (std::size_t row = 0; row < children.size(); ++row)
+        if (m_nodes[children[row]].name.compare(name, Qt::CaseInsensitive) == 0)
+            return createIndex(static_cast<int>(row), 0, static_cast<quintptr>(children[row]));
     return {};
 }
 
-const NameTreeEntry* NameTreeModel::entry(const QModelIndex& index) const {
-    if (!index.isValid() || index.model() != this)
-        return nullptr;
-    if (index.internalId() == kTopLevel)
-        return &m_entries[index.row()];
-    return &m_entries[static_cast<int>(index.internalId() - 1)].children[index.row()];
+void NameTreeModel::RemoveEntry(const QModelIndex& index) {
+    const Node* n = node(index);
+    if (!n)
+        return;
+    const int row = n->row;
+    std::vector<int>& siblings = n->parent < 0 ? m_topLevel : m_nodes[n->parent].children;
+    beginRemoveRows(index.parent(), row, row);
+    siblings.erase(siblings.begin() + row);
+    for (std::size_t i = static_cast<std::size_t>(row); i < siblings.size(); ++i)
+        m_nodes[siblings[i]].row = static_cast<int>(i);
+    endRemoveRows();
 }
 
 QString NameTreeModel::NameAt(const QModelIndex& index) const {
-    const NameTreeEntry* e = entry(index);
-    return e ? e->name : QString();
+    const Node* n = node(index);
+    return n ? n->name : QString();
 }
 
 int NameTreeModel::CodeAt(const QModelIndex& index) const {
-    const NameTreeEntry* e = entry(index);
-    return e ? e->code : 0;
+    const Node* n = node(index);
+    return n ? n->code : 0;
 }
 
 QModelIndex NameTreeModel::index(int row, int column, const QModelIndex& parent) const {
-    if (column != 0 || row < 0)
+    if (column != 0 || row < 0 || (parent.isValid() && parent.model() != this))
         return {};
-    if (!parent.isValid())
-        return row < m_entries.size() ? createIndex(row, 0, kTopLevel) : QModelIndex();
-    if (parent.internalId() != kTopLevel || parent.row() >= m_entries.size())
+    const std::vector<int>& children = childrenOf(parent);
+    if (static_cast<std::size_t>(row) >= children.size())
         return {};
-    if (row >= m_entries[parent.row()].children.size())
-        return {};
-    return createIndex(row, 0, static_cast<quintptr>(parent.row()) + 1);
+    return createIndex(row, 0, static_cast<quintptr>(children[row]));
 }
 
 QModelIndex NameTreeModel::parent(const QModelIndex& child) const {
-    if (!child.isValid() || child.internalId() == kTopLevel)
+    const Node* n = node(child);
+    if (!n || n->parent < 0)
         return {};
-    return createIndex(static_cast<int>(child.internalId() - 1), 0, kTopLevel);
+    const Node& p = m_nodes[n->parent];
+    return createIndex(p.row, 0, static_cast<quintptr>(n->parent));
 }
 
 int NameTreeModel::rowCount(const QModelIndex& parent) const {
-    if (!parent.isValid())
-        return static_cast<int>(m_entries.size());
-    if (parent.internalId() != kTopLevel)
+    if (parent.isValid() && parent.model() != this)
         return 0;
-    return static_cast<int>(m_entries[parent.row()].children.size());
+    return static_cast<int>(childrenOf(parent).size());
 }
 
 int NameTreeModel::columnCount(const QModelIndex&) const {
@@ -131,12 +154,12 @@ int NameTreeModel::columnCount(const QModelIndex&) const {
 }
 
 QVariant NameTreeModel::data(const QModelIndex& index, int role) const {
-    const NameTreeEntry* e = entry(index);
-    if (!e)
+    const Node* n = node(index);
+    if (!n)
         return {};
     if (role == Qt::DisplayRole || role == Qt::ToolTipRole)
-        return e->name;
+        return n->name;
     if (role == CodeRole)
-        return e->code;
+        return n->code;
     return {};
 }

@@ -5,17 +5,18 @@
 #include <QList>
 #include <QString>
 
-// One entry of a name tree: a name, its EPSG code (0 for none) and, at the top level, the
-// entries below it.
+#include <vector>
+
+// One entry of a name tree: a name, its EPSG code (0 for none) and the entries below it.
 struct NameTreeEntry {
     QString name;
     int code = 0;
     QList<NameTreeEntry> children;
 };
 
-// A read-only tree of names at most two levels deep (a flat list, or groups with their
-// members), filled in one pass. Each level is kept in the order a person reads it: letter
-// case ignored and numbers by value, so "UTM Zone-5N" comes before "UTM Zone-10N".
+// A read-only tree of names (a flat list, groups with their members, or deeper), filled in
+// one pass. Each level is kept in the order a person reads it: letter case ignored and
+// numbers by value, so "UTM Zone-5N" comes before "UTM Zone-10N".
 class NameTreeModel : public QAbstractItemModel {
     Q_OBJECT
 public:
@@ -24,10 +25,14 @@ public:
 
     explicit NameTreeModel(QObject* parent = nullptr);
 
-    // Replaces the whole tree; both levels are sorted here.
+    // Replaces the whole tree; every level is sorted here.
     void SetEntries(QList<NameTreeEntry> entries);
-    // The first top-level entry whose name equals name ignoring case; invalid when none.
-    QModelIndex FindTopLevel(const QString& name) const;
+    // The first entry directly below parent (the top level for an invalid parent) whose name
+    // equals name ignoring case; invalid when none.
+    QModelIndex FindChild(const QModelIndex& parent, const QString& name) const;
+    QModelIndex FindTopLevel(const QString& name) const { return FindChild({}, name); }
+    // Takes one entry (and what is below it) out of the tree.
+    void RemoveEntry(const QModelIndex& index);
     QString NameAt(const QModelIndex& index) const;
     int CodeAt(const QModelIndex& index) const;
 
@@ -38,9 +43,19 @@ public:
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
 
 private:
-    const NameTreeEntry* entry(const QModelIndex& index) const;
+    struct Node {
+        QString name;
+        int code = 0;
+        int parent = -1; // index into m_nodes; -1 at the top level
+        int row = 0;     // row below the parent
+        std::vector<int> children;
+    };
+    void addNodes(QList<NameTreeEntry>& entries, int parent, std::vector<int>& rows);
+    const Node* node(const QModelIndex& index) const;
+    const std::vector<int>& childrenOf(const QModelIndex& parent) const;
 
-    QList<NameTreeEntry> m_entries;
+    std::vector<Node> m_nodes;
+    std::vector<int> m_topLevel;
 };
 
 // Top-level entries of names with their codes (0 for a name without one).

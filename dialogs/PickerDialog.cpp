@@ -1,18 +1,13 @@
 #include "dialogs/PickerDialog.h"
 
+#include "dialogs/InformationPane.h"
 #include "dialogs/NameFilterProxy.h"
 #include "dialogs/PickerTree.h"
 #include "platform/PropertySheet.h"
 
-#include <QFontMetrics>
 #include <QPushButton>
 #include <QTextEdit>
 #include <QTreeView>
-
-namespace {
-// Information texts indent with tabs; four average characters keep them compact.
-constexpr int kTabStopCharacters = 4;
-} // namespace
 
 PickerDialog::PickerDialog(DialogOwner* owner, QWidget* parent) : Dialog(parent), m_owner(owner) {}
 
@@ -35,7 +30,7 @@ void PickerDialog::BindControls(QLineEdit* filter, QTreeView* view, QTextEdit* p
                                 QPushButton* ok, QPushButton* cancel) {
     m_tree = new PickerTree(filter, view, this);
     m_ok = ok;
-    pane->setTabStopDistance(QFontMetrics(pane->font()).averageCharWidth() * kTabStopCharacters);
+    PrepareInformationPane(pane);
     connect(m_tree, &PickerTree::CurrentChanged, this, [this](const QModelIndex& current) {
         OnSelChangedTree(current);
         UpdateOkButton();

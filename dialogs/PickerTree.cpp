@@ -38,6 +38,7 @@ PickerTree::PickerTree(QLineEdit* filter, QTreeView* view, QWidget* shortcutOwne
     m_proxy->setSourceModel(m_model);
     m_view->setModel(m_proxy);
     m_view->setHeaderHidden(true);
+    m_view->setIndentation(m_view->fontMetrics().averageCharWidth() * 2); // room for long names
     m_view->setUniformRowHeights(true); // keeps layout linear in the rows shown
     m_view->setSelectionMode(QAbstractItemView::SingleSelection);
     m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -61,6 +62,7 @@ PickerTree::PickerTree(QLineEdit* filter, QTreeView* view, QWidget* shortcutOwne
 
 void PickerTree::SetEntries(QList<NameTreeEntry> entries) {
     m_lastChosen = QPersistentModelIndex();
+    m_expandedBeforeFilter.clear();
     // a flat list needs no room for branch marks
     const bool grouped = std::any_of(entries.cbegin(), entries.cend(),
                                      [](const NameTreeEntry& e) { return !e.children.isEmpty(); });
@@ -78,7 +80,7 @@ void PickerTree::Select(const QModelIndex& sourceIndex) {
         return;
     }
     selection->setCurrentIndex(shown, QItemSelectionModel::ClearAndSelect);
-    m_view->scrollTo(shown);
+    m_view->scrollTo(shown, QAbstractItemView::PositionAtCenter);
 }
 
 void PickerTree::Expand(const QModelIndex& sourceIndex) {
@@ -100,13 +102,31 @@ void PickerTree::SetFilterText(const QString& text) {
 QModelIndex PickerTree::firstMatch() const {
     // Every row shown matches, except a group shown only for its members: there the first
     // member is the entry a person is after.
-    const QModelIndex top = m_proxy->index(0, 0);
-    const QModelIndex member = m_proxy->index(0, 0, top);
-    return m_proxy->mapToSource(member.isValid() ? member : top);
+    QModelIndex shown = m_proxy->index(0, 0);
+    while (m_proxy->index(0, 0, shown).isValid())
+        shown = m_proxy->index(0, 0, shown);
+    return m_proxy->mapToSource(shown);
+}
+
+void PickerTree::rememberExpanded(const QModelIndex& sourceParent) {
+    for (int row = 0; row < m_model->rowCount(sourceParent); ++row) {
+        const QModelIndex item = m_model->index(row, 0, sourceParent);
+        if (m_model->rowCount(item) == 0)
+            continue;
+        if (m_view->isExpanded(m_proxy->mapFromSource(item)))
+            m_expandedBeforeFilter << QPersistentModelIndex(item);
+        rememberExpanded(item);
+    }
 }
 
 void PickerTree::applyFilter(const QString& text) {
     const QPersistentModelIndex before = Current();
+    const bool wasFiltering = m_proxy->IsFiltering();
+    if (!wasFiltering) {
+        // the groups the person had open come back when the filter is cleared
+        m_expandedBeforeFilter.clear();
+        rememberExpanded({});
+    }
     m_filtering = true;
     m_proxy->SetFilterText(text);
     // what was current, or what was chosen before a filter hid everything
@@ -116,10 +136,12 @@ void PickerTree::applyFilter(const QString& text) {
     m_view->setUpdatesEnabled(false);
     if (m_proxy->IsFiltering()) {
         m_view->expandAll();
-    } else {
+    } else if (wasFiltering) {
         m_view->collapseAll();
-        if (next.parent().isValid())
-            m_view->expand(m_proxy->mapFromSource(next.parent()));
+        for (const QPersistentModelIndex& group : std::as_const(m_expandedBeforeFilter))
+            m_view->expand(m_proxy->mapFromSource(group));
+        for (QModelIndex group = next.parent(); group.isValid(); group = group.parent())
+            m_view->expand(m_proxy->mapFromSource(group));
     }
     Select(next);
     m_view->setUpdatesEnabled(true);

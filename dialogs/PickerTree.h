@@ -15,7 +15,8 @@ class QWidget;
 // types (Ctrl+F reaches the field, Down goes on into the tree). While a filter narrows the
 // tree every group is open; a current entry that stays visible stays current, otherwise the
 // first matching entry becomes current (none when nothing matches). Clearing the field
-// restores the whole tree with the current entry kept.
+// restores the whole tree with the current entry kept and the groups that were open before
+// the filter open again.
 class PickerTree : public QObject {
     Q_OBJECT
 public:
@@ -50,11 +51,13 @@ private:
     void applyFilter(const QString& text);
     // The first entry shown, a group's first member rather than the group.
     QModelIndex firstMatch() const;
+    void rememberExpanded(const QModelIndex& sourceParent);
 
     QLineEdit* m_filter;
     QTreeView* m_view;
     NameTreeModel* m_model;
     NameFilterProxy* m_proxy;
+    QList<QPersistentModelIndex> m_expandedBeforeFilter;
     QPersistentModelIndex m_lastChosen; // the last current entry, kept while a filter hides all
     bool m_filtering = false; // the filter is being applied: currentChanged is ours to tell
 };

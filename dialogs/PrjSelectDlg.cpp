@@ -3,6 +3,7 @@
 #include "api/OrvGeoDatabaseBase.h"
 #include "api/OrvGeoStaticDataBase.h"
 #include "dialogs/PickerTree.h"
+#include "dialogs/ProjectionTree.h"
 #include "platform/DataExchange.h"
 #include "ui_PrjSelectDlg.h"
 
@@ -44,18 +45,8 @@ bool PrjSelectDlg::FillTree() {
     if (!database || !staticData)
         return false;
 
-    QStringList methods;
-    staticData->GetPrjMethodNames(methods);
-    const QHash<QString, int> codes = database->GetEpsgCodes(GeoEntryKind::Projection);
-    QList<NameTreeEntry> entries;
-    for (const QString& method : std::as_const(methods)) {
-        QStringList projections;
-        database->GetProjectionNamesOfMethod(projections, method);
-        if (projections.isEmpty())
-            continue; // a method nothing is stored for is not offered
-        entries.append(NameTreeEntry{method, 0, EntriesOf(projections, codes)});
-    }
-    Tree()->SetEntries(std::move(entries));
+    // a method nothing is stored for is not offered
+    Tree()->SetEntries(ProjectionTreeEntries(*staticData, *database, false));
     m_ui->tree->setFocus();
     Tree()->Select(Tree()->FirstShown());
     return true;
@@ -70,11 +61,7 @@ void PrjSelectDlg::OnSelChangedTree(const QModelIndex& sourceIndex) {
             Tree()->Expand(sourceIndex); // a method: show what it holds
         } else if (OrvGeoDatabaseBase* database = Database()) {
             m_methodName = model.NameAt(sourceIndex.parent());
-            QString group, system;
-            if (database->FindProjectionSystem(m_selName, group, system))
-                m_paneText = database->GetSystemProjectionInfoText(group, system, 1);
-            else
-                m_paneText = database->GetProjectionInfoText(m_selName);
+            m_paneText = ProjectionInformation(*database, m_selName);
         }
     }
     UpdateData(false);

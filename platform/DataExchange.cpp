@@ -118,8 +118,13 @@ void exchangeNumber(DataExchange* pDX, const QString& id, double& value,
         writeText(control, show(value));
         return;
     }
+    const QString text = readText(control);
+    // A text that still shows the field's value keeps the value: the display rounds it, and
+    // reading the rounded text back would change a number nobody touched.
+    if (std::isfinite(value) && text == show(value))
+        return;
     double parsed = 0;
-    if (!ParseNumber(readText(control), parsed)) {
+    if (!ParseNumber(text, parsed)) {
         pDX->Fail(control, DataExchangeNumberMessage());
         return;
     }

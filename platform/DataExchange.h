@@ -41,6 +41,8 @@ private:
 QString DataExchangeNumberMessage();
 
 // Edits (QLineEdit, QTextEdit, QPlainTextEdit), labels, combo boxes (their current text).
+// Numbers: saving a text that still reads exactly as the field's value is shown keeps the
+// value (the shown text may round it); any other text is read as a number.
 void DDX_Text(DataExchange* pDX, const QString& id, QString& value);
 void DDX_Text(DataExchange* pDX, const QString& id, int& value);
 void DDX_Text(DataExchange* pDX, const QString& id, double& value);

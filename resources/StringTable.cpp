@@ -119,6 +119,7 @@ constexpr Entry kStrings[] = {
     {StrId::FilterRdShift, u"RDANPTRANS2018 Shift Model File (.gsb format)"},
     {StrId::GroupNameEmpty, u"Please give a group name."},
     {StrId::NameExistsGiveAnother, u"The name already exists, please give another name."},
+    {StrId::SaveSystemFailed, u"The coordinate system could not be saved.\n%1"},
     {StrId::StartCalculatorFailed, u"Start terrameter failed"},
     {StrId::PostPageInfo,
      u"The Post Correction will be added to correct the calculated Easting, Northing and Z."},
@@ -159,6 +160,7 @@ constexpr Entry kStrings[] = {
     {StrId::PrjNameInUse, u"The name already is in using. Please give another name."},
     {StrId::MetersPerUnitLabel,
      u"Meters per unit ( example: 1 U.S. Survey Feet = 0.30480061 meter) "},
+    {StrId::UnitStoreFailed, u"The new unit could not be stored.\n%1"},
 };
 
 constexpr bool ascending() {

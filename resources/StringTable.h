@@ -93,6 +93,7 @@ enum : int {
     GroupNameEmpty = 15890,
     NameExistsGiveAnother = 15891,
     // overview page
+    SaveSystemFailed = 15894, // %1: the database's reason
     StartCalculatorFailed = 15895,
     // post correction page
     PostPageInfo = 15896,
@@ -116,6 +117,7 @@ enum : int {
     PrjNameEmpty = 15942,
     PrjNameInUse = 15943,
     MetersPerUnitLabel = 15944,
+    UnitStoreFailed = 15945, // %1: the database's reason
 };
 } // namespace StrId
 

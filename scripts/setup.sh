@@ -11,6 +11,7 @@ ORV_PACKAGES=(
     qt6-base-dev libqt6sql6-sqlite          # Qt Core, Gui, Widgets, Sql, Test + SQLite driver
     libproj-dev proj-data proj-bin          # PROJ, its EPSG registry and grids; cs2cs for bench
     libgtest-dev libbenchmark-dev           # tests and benchmarks
+    clang libclang-rt-14-dev                # sanitizer build and libFuzzer (check-sanitized.sh)
 )
 
 missing=()

@@ -1,6 +1,10 @@
 #!/usr/bin/env bash
-# Sets up, builds and runs every test through ctest.
+# Sets up, builds and runs every test through ctest. With ORV_SANITIZED=1 it then builds the
+# same tests with AddressSanitizer and UndefinedBehaviorSanitizer, runs them, and runs every
+# fuzz harness for a bounded time (check-sanitized.sh).
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
-cd "$ORV_BUILD"
-QT_QPA_PLATFORM=offscreen ctest --output-on-failure --parallel "$(nproc)" --timeout 600
+(cd "$ORV_BUILD" && QT_QPA_PLATFORM=offscreen ctest --output-on-failure --parallel "$(nproc)" --timeout 600)
+if [ "${ORV_SANITIZED:-0}" = 1 ]; then
+    bash "$ORV_ROOT/scripts/check-sanitized.sh"
+fi

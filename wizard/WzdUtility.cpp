@@ -1,14 +1,17 @@
 #include "wizard/WzdUtility.h"
 
 #include "api/OrvGeoStaticDataBase.h"
+#include "api/ProjectionMethods.h"
 #include "dialogs/CMaskEdit.h"
 #include "platform/DataExchange.h"
 #include "platform/UiInteraction.h"
 #include "resources/StringTable.h"
 #include "util/BrandingConfig.h"
+#include "util/COrvUnitCnv.h"
 #include "util/CommonFolders.h"
 #include "util/GeoFormat.h"
 #include "util/PathUtils.h"
+#include "wizard/UtmRows.h"
 
 #include <QComboBox>
 #include <QCoreApplication>
@@ -201,12 +204,19 @@ int WzdUtility::LayoutParameterRows(LabelRows labels, EditRows edits, const QStr
         if (CMaskEdit* edit = edits[row]) {
             const QString mask = MaskForType(type);
             edit->SetMask(mask);
-            edit->SetText(mask.isEmpty() ? text : inputCharacters(mask, text));
+            ShowRowText(edit, text);
             edit->setEnabled(true);
             edit->show();
         }
     }
     return m_rowCount;
+}
+
+void WzdUtility::ShowRowText(CMaskEdit* edit, const QString& text) {
+    if (!edit)
+        return;
+    const QString mask = edit->GetMask();
+    edit->SetText(mask.isEmpty() ? text : inputCharacters(mask, text));
 }
 
 bool WzdUtility::ReadParameterRows(EditRows edits, QList<double>& numbers, QWidget* parent) {
@@ -235,6 +245,47 @@ bool WzdUtility::ReadParameterRows(EditRows edits, QList<double>& numbers, QWidg
     return true;
 }
 
+void WzdUtility::MethodDefaultParameters(const QString& methodName, QStringList& names,
+                                         QStringList& values, QList<unsigned>& types) {
+    names.clear();
+    values.clear();
+    types.clear();
+    const ProjectionMethods::Method* method = ProjectionMethods::ByName(methodName);
+    if (!method)
+        return;
+    for (const ProjectionMethods::Param& param : method->params) {
+        names << QString::fromUtf8(param.name);
+        types << param.type;
+        values << QString::number(param.defaultValue, 'f', 6);
+    }
+}
+
+void WzdUtility::CollectParameters(EditRows edits, const QList<double>& rowNumbers,
+                                   const QStringList& names, const QStringList& values,
+                                   const QString& zoneText, const QString& hemisphereText,
+                                   PrjParamBlock& block, QStringList& texts) const {
+    block = PrjParamBlock{};
+    texts = values;
+    while (texts.size() < names.size())
+        texts << QString();
+    for (int row = 0; row < m_rowParams.size() && row < kMaxRows; ++row) {
+        const int param = m_rowParams[row];
+        if (param < 0 || param >= texts.size())
+            continue;
+        if (edits[row])
+            texts[param] = edits[row]->text();
+        if (param < PrjParamBlock::MaxParams && row < rowNumbers.size())
+            block.values[param] = rowNumbers[row];
+    }
+    for (int i = 0; i < names.size(); ++i) {
+        if (UtmRows::IsZoneParameter(names[i]))
+            texts[i] = zoneText;
+        else if (UtmRows::IsHemisphereParameter(names[i]))
+            texts[i] = hemisphereText;
+    }
+    block.count = static_cast<int>(std::min<qsizetype>(names.size(), PrjParamBlock::MaxParams));
+}
+
 double WzdUtility::ReadAngle(const CMaskEdit* edit) {
     if (!edit)
         return 0.0;
@@ -258,6 +309,16 @@ QString WzdUtility::FormatLatitude(double value) {
 
 QString WzdUtility::FormatLongitude(double value) {
     return FormatAngle(value, 11);
+}
+
+void WzdUtility::SetRotationUnit(double sign) {
+    StaticFormats::GetUnitCnv().SetUnit(COrvUnitCnv::RotationCategory, sign, 0.0,
+                                        QStringLiteral("\""),
+                                        LoadOrvString(StrId::RotationUnitName), QString());
+}
+
+QString WzdUtility::GroupBoxTitle(QString text) {
+    return text.replace(QLatin1Char('&'), QStringLiteral("&&"));
 }
 
 QString WzdUtility::LoadMessage(int id) {

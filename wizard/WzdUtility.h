@@ -9,6 +9,7 @@
 
 class CMaskEdit;
 class OrvGeoStaticDataBase;
+struct PrjParamBlock;
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -74,6 +75,9 @@ public:
     int LayoutParameterRows(LabelRows labels, EditRows edits, const QStringList& names,
                             const QStringList& values, const QList<unsigned>& types);
     int RowCount() const { return m_rowCount; }
+    // Shows a text as a row formats it (an angle text in an angle row's mask, a plain text in
+    // a row without one).
+    static void ShowRowText(CMaskEdit* edit, const QString& text);
     // Per used row: the parameter it shows (index into the names) and its type.
     QList<int> RowParams() const { return m_rowParams; }
     QList<unsigned> RowTypes() const { return m_rowTypes; }
@@ -85,12 +89,32 @@ public:
     // message's owner); the failing row is focused.
     bool ReadParameterRows(EditRows edits, QList<double>& numbers, QWidget* parent);
 
+    // The parameters of a projection method with their default values ("%f" texts), as
+    // LayoutParameterRows takes them; empty lists for an unknown method.
+    static void MethodDefaultParameters(const QString& methodName, QStringList& names,
+                                        QStringList& values, QList<unsigned>& types);
+    // The parameters for SetProjectionParameters, as the rows of the last layout show them:
+    // every parameter of the layout (those without a row with their values as laid out),
+    // each row's parameter with the row's text and number (rowNumbers from
+    // ReadParameterRows); the UTM zone and hemisphere parameters take the lists' texts.
+    void CollectParameters(EditRows edits, const QList<double>& rowNumbers,
+                           const QStringList& names, const QStringList& values,
+                           const QString& zoneText, const QString& hemisphereText,
+                           PrjParamBlock& block, QStringList& texts) const;
+
     // Angles: the text without mask placeholders through StringToGeo (0.0 when it is no
     // angle); formatting through FormatGeogs as latitude (kind 10) or longitude (kind 11).
     static double ReadAngle(const CMaskEdit* edit);
     static QString FormatLatitude(double value);
     static QString FormatLongitude(double value);
     static QString FormatAngle(double value, int kind);
+
+    // The shared rotation unit of the datum transformation values (unit category 28 of the
+    // process's unit converter): the method's rotation sign (+1.0 or -1.0) between the values
+    // as held and as shown, in arc seconds.
+    static void SetRotationUnit(double sign);
+    // A text for a group box title: a group box shows '&' as a shortcut mark unless doubled.
+    static QString GroupBoxTitle(QString text);
 
     // The text of a string table entry; empty for an unknown id.
     static QString LoadMessage(int id);

@@ -215,15 +215,16 @@ PjPtr Builder::Transformation(PJ* source, PJ* hub) {
     // Values stored for WGS 84 -> local are turned round by their sign (exact for
     // translations; rotations and scale within millimetres).
     const bool published = (dtf.option & DTF_OPTION_PUBLISHED_TO_WGS84) != 0;
+    // The rotations in the method's own convention, as EPSG publishes them.
+    const DtfValues values = DtfValuesInMethodSign(dtf.values, method);
     const std::size_t count =
         method >= DTF_15_POSITION_VECTOR ? HelmertParameters.size() : SevenValues;
     std::vector<PJ_PARAM_DESCRIPTION> params;
     for (std::size_t i = 0; i < count; ++i) {
         const Parameter& p = HelmertParameters[i];
         const bool epoch = i + 1 == HelmertParameters.size();
-        params.push_back({p.name, "EPSG", p.code,
-                          published || epoch ? dtf.values[i] : -dtf.values[i], p.unit, p.factor,
-                          p.type});
+        params.push_back({p.name, "EPSG", p.code, published || epoch ? values[i] : -values[i],
+                          p.unit, p.factor, p.type});
     }
     const QByteArray name =
         Utf8(dtf.name.isEmpty() ? QStringLiteral("Datum transformation") : dtf.name);
@@ -442,7 +443,13 @@ bool ExportStored(const GeoStore& store, const QString& dataFolder, const QStrin
     GetCommonDataFolder(dataFolder, options.commonFolder);
     const ProjectionRecord& prj = def->projection;
     if (!prj.unitName.isEmpty() && prj.unitName.compare(def->unit.name, Qt::CaseInsensitive) != 0) {
-        if (const auto unit = store.FindUnit(prj.unitName); unit && unit->metersPerUnit > 0)
+        QString failure;
+        const auto unit = store.FindUnit(prj.unitName, GEODB_ALL, &failure);
+        if (!failure.isEmpty()) {
+            error = failure;
+            return false;
+        }
+        if (unit && unit->metersPerUnit > 0)
             options.projectionUnitFactor = unit->metersPerUnit;
     }
     return Export(*def, options, format, text, error);

@@ -90,6 +90,8 @@ int ListGroups(OrvGeoDatabaseBase& db, const QString& scopeName) {
             QStringLiteral("Unknown scope \"%1\": use user, system or all.").arg(scopeName));
     QStringList groups;
     db.GetGroupNames(groups, scope);
+    if (!db.LastError().isEmpty())
+        return Fail(ExitFailed, db.LastError());
     const QString where = scope == GEODB_USER     ? QStringLiteral("the user database")
                           : scope == GEODB_SYSTEM ? QStringLiteral("the system database")
                                                   : QStringLiteral("the system and user databases");
@@ -103,6 +105,8 @@ int ListGroups(OrvGeoDatabaseBase& db, const QString& scopeName) {
     for (const QString& group : groups) {
         QStringList systems;
         db.GetSystemNames(systems, group);
+        if (!db.LastError().isEmpty())
+            return Fail(ExitFailed, db.LastError());
         counts << int(systems.size());
         total += int(systems.size());
         width = std::max(width, group.size());
@@ -119,10 +123,15 @@ int ListGroups(OrvGeoDatabaseBase& db, const QString& scopeName) {
 }
 
 int ListSystems(OrvGeoDatabaseBase& db, const QString& group) {
-    if (!db.GroupNameExists(group))
+    const bool exists = db.GroupNameExists(group);
+    if (!db.LastError().isEmpty())
+        return Fail(ExitFailed, db.LastError());
+    if (!exists)
         return Fail(ExitFailed, QStringLiteral("There is no group \"%1\".").arg(group));
     QStringList systems;
     db.GetSystemNames(systems, group);
+    if (!db.LastError().isEmpty())
+        return Fail(ExitFailed, db.LastError());
     for (const QString& system : systems)
         Out() << system << '\n';
     return ExitOk;
@@ -135,6 +144,8 @@ int Info(OrvGeoDatabaseBase& db, const QStringList& args) {
         if (args.size() != 4)
             return Fail(ExitUsage, QStringLiteral("\"info system\" takes a group and a system."));
         db.GetSystemInfoText(text, args[2], args[3], {}, {}, {}, {}, {});
+        if (!db.LastError().isEmpty())
+            return Fail(ExitFailed, db.LastError());
         if (text.isEmpty())
             return Fail(ExitFailed, QStringLiteral("There is no coordinate system \"%1\" in the "
                                                    "group \"%2\".")
@@ -175,14 +186,16 @@ int Info(OrvGeoDatabaseBase& db, const QStringList& args) {
                             QString::number(category), description);
         }
     }
+    if (!db.LastError().isEmpty())
+        return Fail(ExitFailed, db.LastError());
     if (text.isEmpty())
         return Fail(ExitFailed, QStringLiteral("There is no %1 \"%2\".").arg(what, name));
     PrintText(text);
     return ExitOk;
 }
 
-int Count(QSqlDatabase db, const QString& sql) {
-    const QStringList values = StoreSql::Column(db, sql);
+int Count(QSqlDatabase db, const QString& sql, QString* error) {
+    const QStringList values = StoreSql::Column(db, sql, {}, error);
     return values.isEmpty() ? 0 : values.first().toInt();
 }
 
@@ -199,21 +212,30 @@ int Stats(const GeoStore& store, const ReadOnlySource& source) {
         {"User database", store.userDb(), userPath},
     };
     for (const auto& d : databases) {
+        // All counts first: a database that cannot be read prints no numbers at all.
+        QString error;
+        auto count = [&](const char* sql) { return Count(d.db, QString::fromLatin1(sql), &error); };
+        const int ellipsoids = count("SELECT count(*) FROM ellipsoid");
+        const int dtfs = count("SELECT count(*) FROM dtf");
+        const int projections = count("SELECT count(*) FROM projection");
+        const int utm = count("SELECT count(*) FROM projection WHERE method_id = 1");
+        const int units = count("SELECT count(*) FROM unit");
+        const int groups = count("SELECT count(*) FROM sysgroup");
+        const int systems = count("SELECT count(*) FROM coordsys");
+        if (!error.isEmpty())
+            return Fail(ExitFailed, error);
         Out() << d.label << ": " << d.path << '\n';
         auto line = [](const char* what, int n) {
             Out() << "  " << QString::fromLatin1(what).leftJustified(24) << qSetFieldWidth(6) << n
                   << qSetFieldWidth(0) << '\n';
         };
-        line("Ellipsoids", Count(d.db, QStringLiteral("SELECT count(*) FROM ellipsoid")));
-        line("Datum transformations", Count(d.db, QStringLiteral("SELECT count(*) FROM dtf")));
-        const int projections = Count(d.db, QStringLiteral("SELECT count(*) FROM projection"));
-        const int utm =
-            Count(d.db, QStringLiteral("SELECT count(*) FROM projection WHERE method_id = 1"));
+        line("Ellipsoids", ellipsoids);
+        line("Datum transformations", dtfs);
         Out() << "  " << QStringLiteral("Projections").leftJustified(24) << qSetFieldWidth(6)
               << projections << qSetFieldWidth(0) << "  (" << utm << " UTM)\n";
-        line("Units", Count(d.db, QStringLiteral("SELECT count(*) FROM unit")));
-        line("Groups", Count(d.db, QStringLiteral("SELECT count(*) FROM sysgroup")));
-        line("Coordinate systems", Count(d.db, QStringLiteral("SELECT count(*) FROM coordsys")));
+        line("Units", units);
+        line("Groups", groups);
+        line("Coordinate systems", systems);
         Out() << '\n';
     }
     return ExitOk;

@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include <array>
+#include <initializer_list>
 
 // Scope bit mask of the two databases: user-defined entries, pre-defined (read-only) entries.
 enum geodb_type : int { GEODB_USER = 1, GEODB_SYSTEM = 2, GEODB_ALL = 3 };
@@ -20,7 +21,29 @@ enum DtfMethodIndex : int {
 
 // The fifteen values of a datum transformation: shifts X, Y, Z (m), rotations X, Y, Z
 // (arc-seconds), scale (ppm), the seven yearly rates in the same order, the epoch (year).
+//
+// Rotations and their rates are held in the position-vector sign wherever a record holds
+// them: in both databases and in what GetDtfParameters gives and SetDtfParameters takes. A
+// method's rotation sign (DtfRotationSign) turns them into the method's own convention, the
+// one they are published in, shown in (the dialogs through the unit converter's rotation
+// unit) and printed in: coordinate frame rotations are the held ones negated.
 using DtfValues = std::array<double, 15>;
+
+// +1 for the position vector methods (and none), -1 for the coordinate frame methods.
+inline double DtfRotationSign(int methodIndex) {
+    return methodIndex == DTF_7_COORDINATE_FRAME || methodIndex == DTF_15_COORDINATE_FRAME ? -1.0
+                                                                                           : 1.0;
+}
+
+// The values with the method's rotation sign applied to the three rotations and their rates:
+// held values become the method's own, and the method's own become held ones (a sign change
+// is exact, so the way back gives the same numbers; a zero stays 0, never -0).
+inline DtfValues DtfValuesInMethodSign(DtfValues values, int methodIndex) {
+    const double sign = DtfRotationSign(methodIndex);
+    for (const int i : {3, 4, 5, 10, 11, 12})
+        values[i] = values[i] == 0.0 ? 0.0 : values[i] * sign;
+    return values;
+}
 
 // Option byte of a datum transformation record.
 enum DtfOption : unsigned char {

@@ -6,8 +6,9 @@
 
 // One point of a conversion. Geographic side: latitude and longitude in decimal degrees,
 // ellipsoidal height in metres (WGS 84). Grid side: Easting, Northing, Z in the system unit.
-// time is the observation epoch as a decimal year (0 = none given: the transformation's
-// default epoch applies).
+// time is the observation epoch as a decimal year from 1900 to 2200 (0 = none given: the
+// transformation's default epoch applies); a point with any other time (or not a number) is
+// refused, whatever the system.
 struct GeoPoint {
     double x = 0; // latitude or Easting
     double y = 0; // longitude or Northing

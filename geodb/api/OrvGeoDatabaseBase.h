@@ -7,7 +7,10 @@
 // The persistent geodetic database: groups of coordinate systems, stored systems,
 // ellipsoids, datum transformations (DTF), projections, units, geoid and post models.
 // Query operations answer empty strings or lists for unknown names; name checks answer
-// false. Names compare without regard to case. Operations keep the declared order.
+// false. A query that cannot be read (a damaged file) answers the same, never a partial
+// answer, and LastError() then says why: it is empty after every operation that succeeded.
+// Names compare without regard to case (full case folding: "Gauß" is "GAUSS"). Operations
+// keep the declared order.
 class OrvGeoDatabaseBase {
 public:
     virtual ~OrvGeoDatabaseBase() = default;
@@ -105,6 +108,7 @@ public:
     // The EPSG codes of the entries of one kind that have one, by name as stored (both
     // databases). Lets the pickers find an entry by its code.
     virtual QHash<QString, int> GetEpsgCodes(GeoEntryKind kind) = 0;
-    // The reason of the last failed operation, in words a surveyor can act on.
+    // Why the last operation failed, in words a surveyor can act on; empty when it
+    // succeeded.
     virtual QString LastError() const = 0;
 };

@@ -3,6 +3,9 @@
 #include "engine/ModelFiles.h"
 #include "util/CommonFolders.h"
 
+#include <QSqlQuery>
+#include <QThread>
+
 #include <proj.h>
 
 #include <algorithm>
@@ -18,9 +21,20 @@ bool Converted(const GeoPoint& p) {
     return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z) && p.x != HUGE_VAL;
 }
 
+QString EpochRefused(const GeoPoint& p) {
+    return QStringLiteral("The point %1, %2 cannot be converted: its observation epoch %3 is not "
+                          "a year from %4 to %5 (0 takes the stored default epoch).")
+        .arg(p.x, 0, 'f', 9)
+        .arg(p.y, 0, 'f', 9)
+        .arg(QString::number(p.time, 'g', 12))
+        .arg(ObservationEpochMin, 0, 'f', 0)
+        .arg(ObservationEpochMax, 0, 'f', 0);
+}
+
 } // namespace
 
-GeoCoordSys::GeoCoordSys(std::unique_ptr<GeoStore> store) : m_store(std::move(store)) {}
+GeoCoordSys::GeoCoordSys(std::unique_ptr<GeoStore> store)
+    : m_store(std::move(store)), m_thread(QThread::currentThread()) {}
 
 GeoCoordSys::~GeoCoordSys() {
     Reset();
@@ -33,6 +47,26 @@ void GeoCoordSys::Reset() {
         proj_destroy(m_pj);
     m_pj = nullptr;
     m_spec = PipelineSpec{};
+}
+
+qint64 GeoCoordSys::UserDataVersion() const {
+    // The store's connections belong to the thread that opened them.
+    if (!m_store || m_thread != QThread::currentThread())
+        return -1;
+    QSqlQuery q(m_store->userDb());
+    if (!q.exec(QStringLiteral("PRAGMA data_version")) || !q.next())
+        return -1;
+    return q.value(0).toLongLong();
+}
+
+void GeoCoordSys::FollowStore() {
+    if (m_storedArgs.size() != 9 || m_dataVersion < 0)
+        return;
+    const qint64 version = UserDataVersion();
+    if (version < 0 || version == m_dataVersion)
+        return;
+    const QStringList args = m_storedArgs;
+    DefineSystem(args[0], args[1], args[2], args[3], args[4], args[5], args[6], args[7], args[8]);
 }
 
 void GeoCoordSys::ApplyOverrides(SystemDefinition& def, const QString& geoidName,
@@ -78,9 +112,11 @@ void GeoCoordSys::ApplyOverrides(SystemDefinition& def, const QString& geoidName
 }
 
 bool GeoCoordSys::DefineSystem(const QString& s1, const QString& s2, const QString& s3,
-                               const QString& s4, const QString& /*s5: always empty*/,
-                               const QString& s6, const QString& s7, const QString& s8,
-                               const QString& /*s9: "none"*/) {
+                               const QString& s4, const QString& s5, const QString& s6,
+                               const QString& s7, const QString& s8, const QString& s9) {
+    // s5 is always empty and s9 "none"; all are kept to define the system again
+    m_storedArgs = {s1, s2, s3, s4, s5, s6, s7, s8, s9};
+    m_dataVersion = UserDataVersion();
     if (!m_store) {
         m_error = QStringLiteral("No coordinate-system database is open.");
         return false;
@@ -101,13 +137,25 @@ bool GeoCoordSys::DefineSystem(const QString& s1, const QString& s2, const QStri
     // Lengths of the projection's parameters are in the projection's own unit.
     const ProjectionRecord& prj = def->projection;
     if (!prj.unitName.isEmpty() && prj.unitName.compare(def->unit.name, Qt::CaseInsensitive) != 0) {
-        if (const auto unit = m_store->FindUnit(prj.unitName); unit && unit->metersPerUnit > 0)
+        QString failure;
+        const auto unit = m_store->FindUnit(prj.unitName, GEODB_ALL, &failure);
+        if (!failure.isEmpty()) {
+            m_error = failure;
+            Reset();
+            return false;
+        }
+        if (unit && unit->metersPerUnit > 0)
             options.projectionUnitFactor = unit->metersPerUnit;
     }
-    return Define(*def, options);
+    return DefineFrom(*def, options);
 }
 
 bool GeoCoordSys::Define(const SystemDefinition& definition, PipelineOptions options) {
+    m_storedArgs.clear(); // defined as given, not from the store
+    return DefineFrom(definition, std::move(options));
+}
+
+bool GeoCoordSys::DefineFrom(const SystemDefinition& definition, PipelineOptions options) {
     Reset();
     m_error.clear();
     if (options.projFolders.isEmpty())
@@ -173,8 +221,10 @@ std::size_t GeoCoordSys::InverseArray(GeoPoint* points, bool* ok, std::size_t co
 }
 
 std::size_t GeoCoordSys::Convert(int direction, GeoPoint* points, bool* ok, std::size_t count) {
+    FollowStore();
     if (!m_pj) {
-        m_error = QStringLiteral("The coordinate system is not defined.");
+        if (m_error.isEmpty()) // a failed definition has said why
+            m_error = QStringLiteral("The coordinate system is not defined.");
         if (ok)
             std::fill(ok, ok + count, false);
         return 0;
@@ -187,10 +237,20 @@ std::size_t GeoCoordSys::Convert(int direction, GeoPoint* points, bool* ok, std:
         const std::size_t n = std::min(ChunkSize, count - start);
         GeoPoint* chunk = points + start;
         std::memcpy(m_backup.data(), chunk, n * sizeof(GeoPoint));
+        // A point whose epoch is no year fails alone, whatever the system: it would be taken
+        // as the time of the position (years from the epoch are metres in the result).
+        bool anyBadEpoch = false;
+        for (std::size_t i = 0; i < n; ++i) {
+            if (!IsObservationEpochValid(chunk[i].time)) {
+                anyBadEpoch = true;
+                chunk[i].x = HUGE_VAL; // not converted; restored below
+                chunk[i].time = ObservationEpochNone;
+            }
+        }
         double* t = nullptr;
         if (m_spec.timeDependent) {
             for (std::size_t i = 0; i < n; ++i) {
-                if (chunk[i].time == 0)
+                if (chunk[i].time == ObservationEpochNone)
                     chunk[i].time = m_spec.defaultEpoch;
             }
             t = &chunk->time;
@@ -200,10 +260,16 @@ std::size_t GeoCoordSys::Convert(int direction, GeoPoint* points, bool* ok, std:
                            n, &chunk->z, sizeof(GeoPoint), n, t, t ? sizeof(GeoPoint) : 0,
                            t ? n : 0);
         for (std::size_t i = 0; i < n; ++i) {
-            const bool good = Converted(chunk[i]);
+            const bool badEpoch = anyBadEpoch && !IsObservationEpochValid(m_backup[i].time);
+            const bool good = !badEpoch && Converted(chunk[i]);
             if (good) {
                 chunk[i].time = m_backup[i].time;
                 ++converted;
+            } else if (badEpoch) {
+                if (!reported)
+                    m_error = EpochRefused(m_backup[i]);
+                reported = true;
+                chunk[i] = m_backup[i];
             } else {
                 if (!reported) {
                     // Ask PROJ once more for this point alone, for the reason.

@@ -4,14 +4,21 @@
 #include "engine/PipelineBuilder.h"
 #include "store/GeoStore.h"
 
+#include <QStringList>
+
 #include <memory>
 #include <vector>
 
+class QThread;
 struct pj_ctx;
 struct PJconsts;
 
 // The coordinate-system object: one PROJ pipeline per defined system, built once, with
 // its own PROJ context (objects may live on different threads).
+//
+// A system defined from the store follows the store: when another connection has written to
+// the user database since the pipeline was built (an edited system saved, say), the next
+// conversion defines the system again from what is stored now, so no stale pipeline is used.
 class GeoCoordSys final : public OrvGeoCoordSysBase {
 public:
     // store: where DefineSystem reads systems; null for objects defined with Define only.
@@ -46,8 +53,13 @@ public:
                                const QString& postName, const QString& postFile);
 
 private:
+    bool DefineFrom(const SystemDefinition& definition, PipelineOptions options);
     std::size_t Convert(int direction, GeoPoint* points, bool* ok, std::size_t count);
     void Reset();
+    // PRAGMA data_version of this object's user database connection (-1 when unknown).
+    qint64 UserDataVersion() const;
+    // Defines the stored system again when the user database changed since it was defined.
+    void FollowStore();
 
     std::unique_ptr<GeoStore> m_store;
     pj_ctx* m_ctx = nullptr;
@@ -56,4 +68,8 @@ private:
     SystemDefinition m_definition;
     QString m_error;
     std::vector<GeoPoint> m_backup; // the chunk being converted, to restore failed points
+    // DefineSystem's arguments and the user database's version they were read at.
+    QStringList m_storedArgs;
+    qint64 m_dataVersion = -1;
+    QThread* m_thread; // the thread whose connections the store holds
 };

@@ -194,7 +194,8 @@ QString EllipsoidParams(const EllipsoidRecord& ellipsoid) {
 QString HelmertStep(const DtfRecord& dtf) {
     if (dtf.methodIndex < DTF_7_POSITION_VECTOR || dtf.methodIndex > DTF_15_COORDINATE_FRAME)
         return {};
-    const DtfValues& v = dtf.values;
+    // PROJ takes the rotations in the method's own convention, as published.
+    const DtfValues v = DtfValuesInMethodSign(dtf.values, dtf.methodIndex);
     const bool fifteen = dtf.methodIndex >= DTF_15_POSITION_VECTOR;
     const bool positionVector =
         dtf.methodIndex == DTF_7_POSITION_VECTOR || dtf.methodIndex == DTF_15_POSITION_VECTOR;
@@ -515,6 +516,27 @@ bool Build(pj_ctx* ctx, const SystemDefinition& def, const PipelineOptions& opti
         error = QStringLiteral("The datum transformation method %1 of \"%2\" is not implemented.")
                     .arg(def.dtf.methodIndex)
                     .arg(def.dtf.name);
+        return false;
+    }
+    if (def.dtf.methodIndex >= DTF_15_POSITION_VECTOR) {
+        // Without its epoch a 15-value transformation moves every point by the rates times
+        // some two thousand years; a default observation epoch that is no year does the same.
+        const double epoch = def.dtf.values[14];
+        if (!(epoch >= ObservationEpochMin && epoch <= ObservationEpochMax)) {
+            error = QStringLiteral("The time-dependent datum transformation \"%1\" has no "
+                                   "reference epoch (Datum Epoch %2 is not a year from %3 to %4).")
+                        .arg(def.dtf.name, QString::number(epoch, 'g', 12))
+                        .arg(ObservationEpochMin, 0, 'f', 0)
+                        .arg(ObservationEpochMax, 0, 'f', 0);
+            return false;
+        }
+    }
+    if (def.dtf.methodIndex != DTF_NONE && !IsObservationEpochValid(def.dtf.obsEpoch)) {
+        error = QStringLiteral("The default observation epoch %1 of the datum transformation "
+                               "\"%2\" is not a year from %3 to %4.")
+                    .arg(QString::number(def.dtf.obsEpoch, 'g', 12), def.dtf.name)
+                    .arg(ObservationEpochMin, 0, 'f', 0)
+                    .arg(ObservationEpochMax, 0, 'f', 0);
         return false;
     }
     if (!helmert.isEmpty()) {

@@ -2,6 +2,7 @@
 
 #include "api/ProjectionMethods.h"
 #include "engine/EpsgReference.h"
+#include "store/StoreSql.h"
 
 #include <QSqlQuery>
 #include <QVariant>
@@ -9,16 +10,15 @@
 #include <algorithm>
 #include <cmath>
 
-QList<StoredSystemRef> PreDefinedSystems(const GeoStore& store) {
+QList<StoredSystemRef> PreDefinedSystems(const GeoStore& store, QString* error) {
     QList<StoredSystemRef> out;
-    QSqlQuery q(store.systemDb());
-    q.setForwardOnly(true);
-    if (!q.exec(QStringLiteral(
+    StoreSql::Reader q(store.systemDb(), error);
+    if (!q.Exec(QStringLiteral(
             "SELECT g.name, c.name, c.epsg_code, COALESCE(d.epsg_code, 0), c.bbox_south, "
             "c.bbox_west, c.bbox_north, c.bbox_east FROM coordsys c JOIN sysgroup g ON g.id = "
-            "c.group_id LEFT JOIN dtf d ON d.name_key = lower(c.dtf_name) ORDER BY c.id")))
-        return out;
-    while (q.next()) {
+            "c.group_id LEFT JOIN dtf d ON d.name = c.dtf_name ORDER BY c.id")))
+        return {};
+    while (q.Next()) {
         StoredSystemRef ref;
         ref.group = q.value(0).toString();
         ref.name = q.value(1).toString();
@@ -34,7 +34,7 @@ QList<StoredSystemRef> PreDefinedSystems(const GeoStore& store) {
         }
         out.append(ref);
     }
-    return out;
+    return q.failed() ? QList<StoredSystemRef>() : out;
 }
 
 SystemCheckResult CheckSystem(GeoCoordSys& cs, const StoredSystemRef& ref, double toleranceMetres) {

@@ -22,8 +22,8 @@ struct StoredSystemRef {
     bool hasArea = false;
 };
 
-// All pre-defined systems of the store of cs (which must have been created with one).
-QList<StoredSystemRef> PreDefinedSystems(const GeoStore& store);
+// All pre-defined systems of the store; empty with error set when they cannot be read.
+QList<StoredSystemRef> PreDefinedSystems(const GeoStore& store, QString* error);
 
 // toleranceMetres: the largest difference that still agrees.
 SystemCheckResult CheckSystem(GeoCoordSys& cs, const StoredSystemRef& ref,

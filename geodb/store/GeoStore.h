@@ -9,14 +9,16 @@
 #include <optional>
 
 // The two SQLite databases behind one data source: the system database (scope 2, opened
-// read-only, must exist and carry the current schema) and the user database (scope 1,
-// created with the schema on first use). Each GeoStore has its own pair of connections;
-// use it from the thread that opened it. Names compare without regard to case and are
-// unique across both databases.
+// read-only, must exist, be whole and carry the current schema) and the user database
+// (scope 1, created with the schema on first use; opened read-only when the file or its
+// folder cannot be written). Each GeoStore has its own pair of connections; use it from the
+// thread that opened it. Names compare without regard to case and are unique across both
+// databases.
 class GeoStore {
 public:
     // Null with a reason when the string is unknown, the system database is missing,
-    // unreadable or not ours, or the user database cannot be created or is corrupt.
+    // unreadable, damaged or not ours, or the user database cannot be created, is damaged or
+    // not ours. A file that is refused is left as it was.
     static std::unique_ptr<GeoStore> Open(const QString& dllType, QString* error = nullptr);
     ~GeoStore();
     GeoStore(const GeoStore&) = delete;
@@ -25,24 +27,30 @@ public:
     const DataSource& source() const { return m_source; }
     QSqlDatabase systemDb() const;
     QSqlDatabase userDb() const;
+    // Why nothing can be written to the user database (the missing permission); empty when
+    // it can be written.
+    QString userReadOnlyReason() const { return m_userReadOnly; }
 
     // Look-ups in the given scope (GEODB_USER, GEODB_SYSTEM or GEODB_ALL); the record's
-    // scope field tells where it was found.
-    std::optional<EllipsoidRecord> FindEllipsoid(const QString& name, int scope = GEODB_ALL) const;
-    std::optional<UnitRecord> FindUnit(const QString& name, int scope = GEODB_ALL) const;
-    std::optional<DtfRecord> FindDtf(const QString& name, int scope = GEODB_ALL) const;
-    std::optional<ProjectionRecord> FindProjection(const QString& name,
-                                                   int scope = GEODB_ALL) const;
-    std::optional<SystemRecord> FindSystem(const QString& group, const QString& system,
-                                           int scope = GEODB_ALL) const;
+    // scope field tells where it was found. A look-up that cannot be read answers nullopt
+    // and sets *error (which must not be null); a name that is not stored leaves it alone.
+    std::optional<EllipsoidRecord> FindEllipsoid(const QString& name, int scope,
+                                                 QString* error) const;
+    std::optional<UnitRecord> FindUnit(const QString& name, int scope, QString* error) const;
+    std::optional<DtfRecord> FindDtf(const QString& name, int scope, QString* error) const;
+    std::optional<ProjectionRecord> FindProjection(const QString& name, int scope,
+                                                   QString* error) const;
+    std::optional<SystemRecord> FindSystem(const QString& group, const QString& system, int scope,
+                                           QString* error) const;
     // A system with everything it references; nullopt with a reason when any part is
-    // missing.
+    // missing or cannot be read.
     std::optional<SystemDefinition> LoadDefinition(const QString& group, const QString& system,
-                                                   QString* error = nullptr) const;
+                                                   QString* error) const;
 
 private:
     GeoStore() = default;
     DataSource m_source;
     QString m_systemConnection;
     QString m_userConnection;
+    QString m_userReadOnly;
 };

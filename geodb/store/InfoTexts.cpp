@@ -21,23 +21,34 @@ QString Full(double value) {
     return QString::number(value, 'g', 15);
 }
 
+bool IsTimeDependent(const DtfRecord& dtf) {
+    return dtf.methodIndex == DTF_15_POSITION_VECTOR || dtf.methodIndex == DTF_15_COORDINATE_FRAME;
+}
+
+// The epoch a point without one of its own is transformed at.
+double DefaultEpoch(const DtfRecord& dtf) {
+    return dtf.obsEpoch != 0.0 ? dtf.obsEpoch : dtf.values[14];
+}
+
 void AddDtfValues(QString& out, int level, const DtfRecord& dtf) {
     static const char* const Labels[7] = {"Shift X",    "Shift Y",    "Shift Z", "Rotation X",
                                           "Rotation Y", "Rotation Z", "Scale"};
     static const char* const Units[7] = {"m", "m", "m", "\"", "\"", "\"", "ppm"};
     const bool fifteen =
         dtf.methodIndex == DTF_15_POSITION_VECTOR || dtf.methodIndex == DTF_15_COORDINATE_FRAME;
+    // in the method's own convention, as the parameters page shows them
+    const DtfValues v = DtfValuesInMethodSign(dtf.values, dtf.methodIndex);
     for (int i = 0; i < 7; ++i)
-        out += Line(level, QStringLiteral("%1: %2 %3")
-                               .arg(QLatin1String(Labels[i]), Fixed(dtf.values[i], 6),
-                                    QLatin1String(Units[i])));
+        out += Line(level,
+                    QStringLiteral("%1: %2 %3")
+                        .arg(QLatin1String(Labels[i]), Fixed(v[i], 6), QLatin1String(Units[i])));
     if (!fifteen)
         return;
     for (int i = 0; i < 7; ++i)
-        out += Line(level, QStringLiteral("%1 rate: %2 %3/year")
-                               .arg(QLatin1String(Labels[i]), Fixed(dtf.values[7 + i], 8),
-                                    QLatin1String(Units[i])));
-    out += Line(level, QStringLiteral("Epoch: %1").arg(Fixed(dtf.values[14], 3)));
+        out += Line(
+            level, QStringLiteral("%1 rate: %2 %3/year")
+                       .arg(QLatin1String(Labels[i]), Fixed(v[7 + i], 8), QLatin1String(Units[i])));
+    out += Line(level, QStringLiteral("Epoch: %1").arg(Fixed(v[14], 3)));
 }
 
 } // namespace
@@ -118,9 +129,19 @@ QString Dtf(const DtfRecord& dtf) {
             out += Line(1, QStringLiteral("The values are those published for %1 -> WGS 84; "
                                           "WGS 84 -> %1 applies them inverted.")
                                .arg(dtf.localDatum.isEmpty() ? dtf.dstEllipsoid : dtf.localDatum));
-        if (dtf.obsEpoch != 0.0)
+        if (IsTimeDependent(dtf)) {
+            const QString epoch = Fixed(DefaultEpoch(dtf), 3);
+            out += Line(1, QStringLiteral("Default observation epoch: %1 (taken for every point "
+                                          "given without an observation epoch of its own)")
+                               .arg(epoch));
+            out += Line(1, QStringLiteral("A present-day observation needs its observation "
+                                          "epoch: without one it is transformed as if observed "
+                                          "in %1.")
+                               .arg(epoch));
+        } else if (dtf.obsEpoch != 0.0) {
             out += Line(
                 1, QStringLiteral("Default observation epoch: %1").arg(Fixed(dtf.obsEpoch, 3)));
+        }
     }
     out += Line(1, dtf.accuracy > 0 ? QStringLiteral("Accuracy: %1 m").arg(Full(dtf.accuracy))
                                     : QStringLiteral("Accuracy: unknown"));
@@ -151,6 +172,24 @@ QString Projection(const ProjectionRecord& prj, const QString& group, const QStr
         out += Line(1, QStringLiteral("EPSG code: %1").arg(prj.epsgCode));
     if (!prj.description.isEmpty())
         out += Line(1, QStringLiteral("Description: %1").arg(prj.description));
+    return out;
+}
+
+QString Users(const QString& what, const QList<SystemUse>& users, int predefinedCount) {
+    const qsizetype total = users.size() + predefinedCount;
+    QString out = Line(1, QStringLiteral("Stored coordinate systems with this %1: %2")
+                              .arg(what, total ? QString::number(total) : QStringLiteral("none")));
+    for (const SystemUse& use : users) {
+        const QString projects =
+            use.projects.isEmpty()
+                ? QStringLiteral("in no project")
+                : QStringLiteral("in the projects %1").arg(use.projects.join(QStringLiteral(", ")));
+        out += Line(2, QStringLiteral("%1 / %2, %3").arg(use.group, use.system, projects));
+    }
+    if (predefinedCount > 0)
+        out += Line(2, QStringLiteral("%1 pre-defined coordinate system%2")
+                           .arg(predefinedCount)
+                           .arg(predefinedCount == 1 ? QString() : QStringLiteral("s")));
     return out;
 }
 
@@ -202,16 +241,16 @@ QString System(const SystemRecord& s, const DtfRecord* dtf, const ProjectionReco
     if (dtf) {
         out += Line(2, QStringLiteral("Method: %1").arg(DtfMethodName(dtf->methodIndex)));
         if (dtf->methodIndex != DTF_NONE) {
+            const DtfValues v = DtfValuesInMethodSign(dtf->values, dtf->methodIndex);
             out += Line(2, QStringLiteral("Shifts: %1, %2, %3 m")
-                               .arg(Fixed(dtf->values[0], 3), Fixed(dtf->values[1], 3),
-                                    Fixed(dtf->values[2], 3)));
+                               .arg(Fixed(v[0], 3), Fixed(v[1], 3), Fixed(v[2], 3)));
             out += Line(2, QStringLiteral("Rotations: %1, %2, %3\"")
-                               .arg(Fixed(dtf->values[3], 6), Fixed(dtf->values[4], 6),
-                                    Fixed(dtf->values[5], 6)));
-            out += Line(2, QStringLiteral("Scale: %1 ppm").arg(Fixed(dtf->values[6], 6)));
-            if (dtf->methodIndex >= DTF_15_POSITION_VECTOR)
-                out += Line(
-                    2, QStringLiteral("Yearly rates, epoch %1").arg(Fixed(dtf->values[14], 3)));
+                               .arg(Fixed(v[3], 6), Fixed(v[4], 6), Fixed(v[5], 6)));
+            out += Line(2, QStringLiteral("Scale: %1 ppm").arg(Fixed(v[6], 6)));
+            if (IsTimeDependent(*dtf))
+                out += Line(2, QStringLiteral("Yearly rates, epoch %1; points without an "
+                                              "observation epoch are taken at %2")
+                                   .arg(Fixed(v[14], 3), Fixed(DefaultEpoch(*dtf), 3)));
         }
     }
     out += Line(

@@ -33,6 +33,16 @@ QString Projection(const ProjectionRecord& projection, const QString& group = QS
 QString System(const SystemRecord& system, const DtfRecord* dtf, const ProjectionRecord* projection,
                const UnitRecord* unit);
 
+// A stored coordinate system that uses an entry, and the projects marked as using it.
+struct SystemUse {
+    QString group;
+    QString system;
+    QStringList projects;
+};
+// The lines that tell who shares a datum transformation or a projection ("what" names the
+// kind): the user systems one by one with their projects, the pre-defined ones as a count.
+QString Users(const QString& what, const QList<SystemUse>& users, int predefinedCount);
+
 // The short texts the overview and the command-line tool share.
 QString GeoidSummary(const SystemRecord& system);
 QString PostSummary(const PostCorrection& post, const QString& unitSuffix);

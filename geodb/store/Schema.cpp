@@ -1,7 +1,12 @@
 #include "store/Schema.h"
 
+#include "store/StoreSql.h"
+
+#include <QHash>
 #include <QSqlError>
 #include <QSqlQuery>
+
+#include <algorithm>
 
 namespace OrvSchema {
 
@@ -138,9 +143,62 @@ bool Exec(QSqlDatabase& db, const QString& sql, QString* error) {
     if (q.exec(sql))
         return true;
     if (error)
-        *error = q.lastError().text();
+        *error = StoreSql::ErrorText(q.lastError());
     return false;
 }
+
+void SetError(QString* error, const QString& text) {
+    if (error)
+        *error = text;
+}
+
+using TableColumns = QList<QPair<QString, QStringList>>;
+
+// Tables and columns in pragma_table_info order, as the DDL above makes them.
+TableColumns ColumnsOf(QSqlDatabase& db, QString* error) {
+    TableColumns out;
+    QSqlQuery q(db);
+    q.setForwardOnly(true);
+    if (!q.exec(QStringLiteral("SELECT m.name, p.name FROM sqlite_master m JOIN "
+                               "pragma_table_info(m.name) p WHERE m.type = 'table' AND m.name "
+                               "NOT LIKE 'sqlite_%' ORDER BY m.name, p.cid"))) {
+        SetError(error, StoreSql::ErrorText(q.lastError()));
+        return {};
+    }
+    while (q.next()) {
+        const QString table = q.value(0).toString();
+        if (out.isEmpty() || out.last().first != table)
+            out.append({table, {}});
+        out.last().second << q.value(1).toString();
+    }
+    if (q.lastError().type() != QSqlError::NoError) {
+        SetError(error, StoreSql::ErrorText(q.lastError()));
+        return {};
+    }
+    return out;
+}
+
+// The schema's own tables and columns, read once from a database made in memory.
+const TableColumns& ExpectedColumns() {
+    static const TableColumns columns = [] {
+        const QString name = QStringLiteral("orv-schema-reference");
+        TableColumns result;
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+            db.setDatabaseName(QStringLiteral(":memory:"));
+            if (db.open() && Create(db))
+                result = ColumnsOf(db, nullptr);
+            db.close();
+        }
+        QSqlDatabase::removeDatabase(name);
+        return result;
+    }();
+    return columns;
+}
+
+// Tables whose rows carry a name and its key.
+const char* const NamedTables[] = {"ellipsoid",  "unit",     "dtf",
+                                   "projection", "sysgroup", "coordsys"};
 
 } // namespace
 
@@ -152,25 +210,153 @@ bool Create(QSqlDatabase& db, QString* error) {
     return Exec(db, QStringLiteral("PRAGMA user_version = %1").arg(Version), error);
 }
 
-bool IsCurrent(QSqlDatabase& db, QString* error) {
+int VersionOf(QSqlDatabase& db, QString* error) {
     QSqlQuery q(db);
     if (!q.exec(QStringLiteral("PRAGMA user_version")) || !q.next()) {
-        if (error)
-            *error = q.lastError().text();
-        return false;
+        SetError(error, StoreSql::ErrorText(q.lastError()));
+        return -1;
     }
-    const int version = q.value(0).toInt();
+    return q.value(0).toInt();
+}
+
+bool IsCurrent(QSqlDatabase& db, QString* error) {
+    const int version = VersionOf(db, error);
+    if (version < 0)
+        return false;
     if (version != Version) {
-        if (error)
-            *error =
-                QStringLiteral("database schema version %1, expected %2").arg(version).arg(Version);
+        SetError(
+            error,
+            QStringLiteral("database schema version %1, expected %2").arg(version).arg(Version));
         return false;
     }
     return true;
 }
 
+bool HasSchemaTables(QSqlDatabase& db, QString* error) {
+    const TableColumns& expected = ExpectedColumns();
+    if (expected.isEmpty()) {
+        SetError(error, QStringLiteral("the schema cannot be set up for comparison"));
+        return false;
+    }
+    QString reason;
+    const TableColumns present = ColumnsOf(db, &reason);
+    if (!reason.isEmpty()) {
+        SetError(error, reason);
+        return false;
+    }
+    for (const auto& entry : expected) {
+        const QString& table = entry.first;
+        const QStringList& columns = entry.second;
+        const auto found = std::find_if(present.begin(), present.end(),
+                                        [&](const auto& t) { return t.first == table; });
+        if (found == present.end()) {
+            SetError(error, QStringLiteral("the table \"%1\" is missing").arg(table));
+            return false;
+        }
+        for (const QString& column : columns) {
+            if (!found->second.contains(column)) {
+                SetError(
+                    error,
+                    QStringLiteral("the table \"%1\" has no column \"%2\"").arg(table, column));
+                return false;
+            }
+        }
+        for (const QString& column : found->second) {
+            if (!columns.contains(column)) {
+                SetError(error, QStringLiteral("the table \"%1\" has a column \"%2\" that is "
+                                               "not ours")
+                                    .arg(table, column));
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+bool Upgrade(QSqlDatabase& db, QString* error) {
+    auto fail = [&](const QSqlQuery& q) {
+        SetError(error, StoreSql::ErrorText(q.lastError()));
+        return false;
+    };
+    QSqlQuery q(db);
+    for (const char* tableName : NamedTables) {
+        const QString table = QString::fromLatin1(tableName);
+        QList<QPair<qlonglong, QString>> rows;
+        QHash<QString, QString> byKey;
+        if (!q.exec(QStringLiteral("SELECT id, name FROM %1").arg(table)))
+            return fail(q);
+        while (q.next()) {
+            const QString name = q.value(1).toString();
+            const QString key = NameKey(name);
+            if (byKey.contains(key)) {
+                SetError(error, QStringLiteral("the names \"%1\" and \"%2\" in the table \"%3\" "
+                                               "are now one name without regard to case; "
+                                               "rename one of them with the older version")
+                                    .arg(byKey.value(key), name, table));
+                return false;
+            }
+            byKey.insert(key, name);
+            rows.append({q.value(0).toLongLong(), key});
+        }
+        if (q.lastError().type() != QSqlError::NoError)
+            return fail(q);
+        // Two passes, so that no key meets the old key of another row on its way.
+        if (!q.exec(QStringLiteral("UPDATE %1 SET name_key = '#' || id").arg(table)))
+            return fail(q);
+        QSqlQuery update(db);
+        if (!update.prepare(QStringLiteral("UPDATE %1 SET name_key = ? WHERE id = ?").arg(table)))
+            return fail(update);
+        for (const auto& [id, key] : rows) {
+            update.addBindValue(key);
+            update.addBindValue(id);
+            if (!update.exec())
+                return fail(update);
+        }
+    }
+    // Keys kept beside other names: a key folded again is the key of its name.
+    struct KeyColumn {
+        const char* table;
+        const char* column;
+    };
+    for (const KeyColumn& k :
+         {KeyColumn{"dtf", "src_ellipsoid_key"}, KeyColumn{"dtf", "dst_ellipsoid_key"},
+          KeyColumn{"system_use", "system_key"}}) {
+        const QString table = QString::fromLatin1(k.table);
+        const QString column = QString::fromLatin1(k.column);
+        if (!q.exec(QStringLiteral("SELECT DISTINCT %1 FROM %2").arg(column, table)))
+            return fail(q);
+        QStringList keys;
+        while (q.next())
+            keys << q.value(0).toString();
+        if (q.lastError().type() != QSqlError::NoError)
+            return fail(q);
+        QSqlQuery update(db);
+        if (!update.prepare(
+                QStringLiteral("UPDATE OR IGNORE %1 SET %2 = ? WHERE %2 = ?").arg(table, column)))
+            return fail(update);
+        for (const QString& key : keys) {
+            const QString folded = NameKey(key);
+            if (folded == key)
+                continue;
+            update.addBindValue(folded);
+            update.addBindValue(key);
+            if (!update.exec())
+                return fail(update);
+        }
+    }
+    return Exec(db, QStringLiteral("PRAGMA user_version = %1").arg(Version), error);
+}
+
 QString NameKey(const QString& name) {
-    return name.toCaseFolded();
+    // Full case folding. Lowering, raising and lowering again expands what folds into more
+    // than one letter ("ß" and "ẞ" to "ss", "ﬁ" to "fi"); the simple folding at the end
+    // settles the few letters whose lower case is not their folded form. The dotless "ı"
+    // folds to itself, not to "i" (which raising it would give).
+    const QChar dotless(0x0131);
+    QStringList parts = name.split(dotless);
+    for (QString& part : parts)
+        part = part.toLower().toUpper().toLower().toCaseFolded();
+    return parts.join(dotless);
 }
 
 } // namespace OrvSchema

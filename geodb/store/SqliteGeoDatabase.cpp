@@ -11,21 +11,28 @@ SqliteGeoDatabase::SqliteGeoDatabase(std::unique_ptr<GeoStore> store) : m_store(
 
 SqliteGeoDatabase::~SqliteGeoDatabase() = default;
 
-std::optional<SystemRecord> SqliteGeoDatabase::System(const QString& group,
-                                                      const QString& system) const {
-    return m_store->FindSystem(group, system);
+QString* SqliteGeoDatabase::Begin() {
+    m_lastError.clear();
+    return &m_lastError;
 }
 
-std::optional<ProjectionRecord> SqliteGeoDatabase::Projection(const QString& name) const {
-    if (auto prj = m_store->FindProjection(name))
+std::optional<SystemRecord> SqliteGeoDatabase::System(const QString& group, const QString& system) {
+    return m_store->FindSystem(group, system, GEODB_ALL, &m_lastError);
+}
+
+std::optional<ProjectionRecord> SqliteGeoDatabase::Projection(const QString& name) {
+    QString* e = &m_lastError;
+    if (auto prj = m_store->FindProjection(name, GEODB_ALL, e); prj || Failed())
         return prj;
     for (qsizetype at = name.lastIndexOf(QLatin1Char('_')); at > 0;
          at = name.lastIndexOf(QLatin1Char('_'), at - 1)) {
-        auto base = m_store->FindProjection(name.left(at));
-        const auto unit = m_store->FindUnit(name.mid(at + 1));
+        auto base = m_store->FindProjection(name.left(at), GEODB_ALL, e);
+        const auto unit = m_store->FindUnit(name.mid(at + 1), GEODB_ALL, e);
+        if (Failed())
+            return std::nullopt;
         if (!base || !unit)
             continue;
-        const auto baseUnit = m_store->FindUnit(base->unitName);
+        const auto baseUnit = m_store->FindUnit(base->unitName, GEODB_ALL, e);
         if (!baseUnit || baseUnit->metersPerUnit <= 0 || unit->metersPerUnit <= 0)
             return std::nullopt;
         const double ratio = baseUnit->metersPerUnit / unit->metersPerUnit;
@@ -47,16 +54,29 @@ std::optional<ProjectionRecord> SqliteGeoDatabase::Projection(const QString& nam
 QStringList SqliteGeoDatabase::NamesInScope(const QString& sql, int scope,
                                             const QVariantList& values) {
     QStringList names;
-    for (const auto& [db, where] : StoreSql::Databases(*m_store, scope))
-        names += StoreSql::Column(db, sql, values);
+    for (const auto& [db, where] : StoreSql::Databases(*m_store, scope)) {
+        names += StoreSql::Column(db, sql, values, &m_lastError);
+        if (Failed())
+            return {};
+    }
     StoreSql::SortNames(names);
     return names;
+}
+
+bool SqliteGeoDatabase::RowInScope(const QString& sql, int scope, const QVariantList& values) {
+    for (const auto& [db, where] : StoreSql::Databases(*m_store, scope)) {
+        if (StoreSql::HasRow(db, sql, values, &m_lastError))
+            return true;
+        if (Failed())
+            return false;
+    }
+    return false;
 }
 
 bool SqliteGeoDatabase::GetUnitDefinition(const QString& unitName, QString& suffix,
                                           double& metersPerUnit, int& category,
                                           QString& description) {
-    const auto unit = m_store->FindUnit(unitName);
+    const auto unit = m_store->FindUnit(unitName, GEODB_ALL, Begin());
     if (!unit)
         return false;
     suffix = unit->suffix;
@@ -67,43 +87,48 @@ bool SqliteGeoDatabase::GetUnitDefinition(const QString& unitName, QString& suff
 }
 
 void SqliteGeoDatabase::GetGroupNames(QStringList& out, int dbType) {
+    Begin();
     out = NamesInScope(QStringLiteral("SELECT name FROM sysgroup"), dbType);
 }
 
 void SqliteGeoDatabase::GetSystemNames(QStringList& out, const QString& group) {
+    Begin();
     out = NamesInScope(QStringLiteral("SELECT c.name FROM coordsys c JOIN sysgroup g "
                                       "ON g.id = c.group_id WHERE g.name_key = ?"),
                        GEODB_ALL, {OrvSchema::NameKey(group)});
 }
 
 void SqliteGeoDatabase::GetUnitNames(QStringList& out) {
+    Begin();
     out = NamesInScope(QStringLiteral("SELECT name FROM unit"), GEODB_ALL);
 }
 
 void SqliteGeoDatabase::GetEllipsoidNames(QStringList& out) {
+    Begin();
     out = NamesInScope(QStringLiteral("SELECT name FROM ellipsoid"), GEODB_ALL);
 }
 
 bool SqliteGeoDatabase::FindProjectionSystem(const QString& prjName, QString& group,
                                              QString& system) {
-    const auto prj = m_store->FindProjection(prjName);
+    QString* e = Begin();
+    const auto prj = m_store->FindProjection(prjName, GEODB_ALL, e);
     if (!prj)
         return false;
     // The first system by name, user systems before pre-defined ones.
     for (int scope : {GEODB_USER, GEODB_SYSTEM}) {
         for (const auto& [db, where] : StoreSql::Databases(*m_store, scope)) {
-            QSqlQuery q(db);
-            q.setForwardOnly(true);
-            if (StoreSql::Run(q,
-                              QStringLiteral("SELECT g.name, c.name FROM coordsys c JOIN sysgroup "
-                                             "g ON g.id = c.group_id WHERE c.projection_name = ? "
-                                             "ORDER BY c.name_key LIMIT 1"),
-                              {prj->name}) &&
-                q.next()) {
+            StoreSql::Reader q(db, e);
+            if (q.Exec(QStringLiteral("SELECT g.name, c.name FROM coordsys c JOIN sysgroup "
+                                      "g ON g.id = c.group_id WHERE c.projection_name = ? "
+                                      "ORDER BY c.name_key LIMIT 1"),
+                       {prj->name}) &&
+                q.Next()) {
                 group = q.value(0).toString();
                 system = q.value(1).toString();
                 return true;
             }
+            if (Failed())
+                return false;
         }
     }
     return false;
@@ -111,12 +136,14 @@ bool SqliteGeoDatabase::FindProjectionSystem(const QString& prjName, QString& gr
 
 QString SqliteGeoDatabase::GetSystemProjectionName(QString& out, const QString& group,
                                                    const QString& system) {
+    Begin();
     const auto s = System(group, system);
     out = s ? s->projectionName : QString();
     return out;
 }
 
 void SqliteGeoDatabase::GetProjectionNamesOfMethod(QStringList& out, const QString& method) {
+    Begin();
     out.clear();
     const ProjectionMethods::Method* m = ProjectionMethods::ByName(method);
     if (!m)
@@ -127,6 +154,7 @@ void SqliteGeoDatabase::GetProjectionNamesOfMethod(QStringList& out, const QStri
 
 void SqliteGeoDatabase::GetDtfNames(QStringList& out, const QString& srcEllipsoid,
                                     const QString& desEllipsoid) {
+    Begin();
     out = NamesInScope(QStringLiteral("SELECT name FROM dtf WHERE src_ellipsoid_key = ? AND "
                                       "dst_ellipsoid_key = ?"),
                        GEODB_ALL,
@@ -135,17 +163,20 @@ void SqliteGeoDatabase::GetDtfNames(QStringList& out, const QString& srcEllipsoi
 
 QString SqliteGeoDatabase::GetSystemDtfName(QString& out, const QString& group,
                                             const QString& system) {
+    Begin();
     const auto s = System(group, system);
     out = s ? s->dtfName : QString();
     return out;
 }
 
 QString SqliteGeoDatabase::GetCoordSysUnitName(const QString& group, const QString& system) {
+    Begin();
     const auto s = System(group, system);
     return s ? s->unitName : QString();
 }
 
 QString SqliteGeoDatabase::GetCoordSysPrjMethod(const QString& group, const QString& system) {
+    Begin();
     const auto s = System(group, system);
     if (!s)
         return QString();
@@ -154,12 +185,14 @@ QString SqliteGeoDatabase::GetCoordSysPrjMethod(const QString& group, const QStr
 }
 
 QString SqliteGeoDatabase::GetProjectionMethodName(QString& out, const QString& projection) {
+    Begin();
     const auto prj = Projection(projection);
     out = prj ? InfoTexts::PrjMethodName(prj->methodId) : QString();
     return out;
 }
 
 QString SqliteGeoDatabase::GetProjectionUnit(QString& out, const QString& projection) {
+    Begin();
     const auto prj = Projection(projection);
     out = prj ? prj->unitName : QString();
     return out;
@@ -168,6 +201,7 @@ QString SqliteGeoDatabase::GetProjectionUnit(QString& out, const QString& projec
 void SqliteGeoDatabase::GetProjectionParameters(const QString& prjName, PrjParamBlock& params,
                                                 QStringList& values, QStringList& names,
                                                 QList<unsigned>& types) {
+    Begin();
     params = PrjParamBlock{};
     values.clear();
     names.clear();
@@ -189,7 +223,7 @@ QString SqliteGeoDatabase::GetDtfAuxText(QString& out, const QString& dtf) {
 }
 
 bool SqliteGeoDatabase::GetEllipsoidValues(const QString& ellipsoidName, EllipsoidValues& values) {
-    const auto e = m_store->FindEllipsoid(ellipsoidName);
+    const auto e = m_store->FindEllipsoid(ellipsoidName, GEODB_ALL, Begin());
     if (!e)
         return false;
     values = e->values;
@@ -198,10 +232,11 @@ bool SqliteGeoDatabase::GetEllipsoidValues(const QString& ellipsoidName, Ellipso
 
 bool SqliteGeoDatabase::GetDtfEllipsoids(const QString& dtfName, QString& localEllipsoidName,
                                          EllipsoidValues& values) {
-    const auto dtf = m_store->FindDtf(dtfName);
+    QString* error = Begin();
+    const auto dtf = m_store->FindDtf(dtfName, GEODB_ALL, error);
     if (!dtf)
         return false;
-    const auto e = m_store->FindEllipsoid(dtf->dstEllipsoid);
+    const auto e = m_store->FindEllipsoid(dtf->dstEllipsoid, GEODB_ALL, error);
     if (!e)
         return false;
     localEllipsoidName = e->name;
@@ -212,7 +247,7 @@ bool SqliteGeoDatabase::GetDtfEllipsoids(const QString& dtfName, QString& localE
 bool SqliteGeoDatabase::GetDtfParameters(const QString& dtfName, QString& method, DtfValues& values,
                                          std::array<double, 2>& further, unsigned char& option,
                                          std::array<double, 2>& trailing) {
-    const auto dtf = m_store->FindDtf(dtfName);
+    const auto dtf = m_store->FindDtf(dtfName, GEODB_ALL, Begin());
     if (!dtf)
         return false;
     method = InfoTexts::DtfMethodName(dtf->methodIndex);
@@ -225,66 +260,57 @@ bool SqliteGeoDatabase::GetDtfParameters(const QString& dtfName, QString& method
 
 void SqliteGeoDatabase::GetDtfEllipsoidNames(const QString& dtf, QString& srcEllipsoid,
                                              QString& desEllipsoid) {
-    const auto d = m_store->FindDtf(dtf);
+    const auto d = m_store->FindDtf(dtf, GEODB_ALL, Begin());
     srcEllipsoid = d ? d->srcEllipsoid : QString();
     desEllipsoid = d ? d->dstEllipsoid : QString();
 }
 
 QString SqliteGeoDatabase::GetDtfExtraText(QString& out, const QString& dtfName) {
-    const auto d = m_store->FindDtf(dtfName);
+    const auto d = m_store->FindDtf(dtfName, GEODB_ALL, Begin());
     out = d ? d->extraText : QString();
     return out;
 }
 
 QString SqliteGeoDatabase::GetDtfDescription(QString& out, const QString& dtfName) {
-    const auto d = m_store->FindDtf(dtfName);
+    const auto d = m_store->FindDtf(dtfName, GEODB_ALL, Begin());
     out = d ? d->description : QString();
     return out;
 }
 
 QString SqliteGeoDatabase::GetSatelliteEllipsoidName(QString& out) {
+    Begin();
     out = QStringLiteral("WGS 84");
     return out;
 }
 
 bool SqliteGeoDatabase::GroupNameExists(const QString& group, int dbType) {
-    for (const auto& [db, where] : StoreSql::Databases(*m_store, dbType)) {
-        if (StoreSql::HasRow(db, QStringLiteral("SELECT 1 FROM sysgroup WHERE name_key = ?"),
-                             {OrvSchema::NameKey(group)}))
-            return true;
-    }
-    return false;
+    Begin();
+    return RowInScope(QStringLiteral("SELECT 1 FROM sysgroup WHERE name_key = ?"), dbType,
+                      {OrvSchema::NameKey(group)});
 }
 
 bool SqliteGeoDatabase::SystemNameExists(const QString& name, int dbType) {
-    for (const auto& [db, where] : StoreSql::Databases(*m_store, dbType)) {
-        if (StoreSql::HasRow(db, QStringLiteral("SELECT 1 FROM coordsys WHERE name_key = ?"),
-                             {OrvSchema::NameKey(name)}))
-            return true;
-    }
-    return false;
+    Begin();
+    return RowInScope(QStringLiteral("SELECT 1 FROM coordsys WHERE name_key = ?"), dbType,
+                      {OrvSchema::NameKey(name)});
 }
 
 bool SqliteGeoDatabase::IsDtfOfType(const QString& dtfName, int type) {
-    return m_store->FindDtf(dtfName, type).has_value();
+    Begin();
+    return RowInScope(QStringLiteral("SELECT 1 FROM dtf WHERE name_key = ?"), type,
+                      {OrvSchema::NameKey(dtfName)});
 }
 
 bool SqliteGeoDatabase::UnitNameExists(const QString& name, int scope) {
-    for (const auto& [db, where] : StoreSql::Databases(*m_store, scope)) {
-        if (StoreSql::HasRow(db, QStringLiteral("SELECT 1 FROM unit WHERE name_key = ?"),
-                             {OrvSchema::NameKey(name)}))
-            return true;
-    }
-    return false;
+    Begin();
+    return RowInScope(QStringLiteral("SELECT 1 FROM unit WHERE name_key = ?"), scope,
+                      {OrvSchema::NameKey(name)});
 }
 
 bool SqliteGeoDatabase::IsPrjOfType(const QString& prjName, int type) {
-    for (const auto& [db, where] : StoreSql::Databases(*m_store, type)) {
-        if (StoreSql::HasRow(db, QStringLiteral("SELECT 1 FROM projection WHERE name_key = ?"),
-                             {OrvSchema::NameKey(prjName)}))
-            return true;
-    }
-    return false;
+    Begin();
+    return RowInScope(QStringLiteral("SELECT 1 FROM projection WHERE name_key = ?"), type,
+                      {OrvSchema::NameKey(prjName)});
 }
 
 bool SqliteGeoDatabase::IsDtfStoredOfType(const QString& dtfName, int type) {
@@ -295,14 +321,48 @@ bool SqliteGeoDatabase::IsPrjStoredOfType(const QString& prjName, int type) {
     return IsPrjOfType(prjName, type);
 }
 
+QString SqliteGeoDatabase::UsersText(const QString& column, const QString& name,
+                                     const QString& what) const {
+    // A user entry is used by user systems only; a pre-defined one by both.
+    QList<InfoTexts::SystemUse> users;
+    int predefined = 0;
+    const QString systems = QStringLiteral("SELECT g.name, c.name, c.name_key FROM coordsys c "
+                                           "JOIN sysgroup g ON g.id = c.group_id WHERE c.%1 = ? "
+                                           "ORDER BY g.name_key, c.name_key")
+                                .arg(column);
+    QSqlQuery q(m_store->userDb());
+    q.setForwardOnly(true);
+    if (StoreSql::Run(q, systems, {name})) {
+        while (q.next()) {
+            InfoTexts::SystemUse use{q.value(0).toString(), q.value(1).toString(), {}};
+            QString unread;
+            use.projects = StoreSql::Column(
+                m_store->userDb(),
+                QStringLiteral(
+                    "SELECT project FROM system_use WHERE system_key = ? ORDER BY project"),
+                {q.value(2)}, &unread); // an information text: a failed read lists no project
+            users << use;
+        }
+    }
+    QSqlQuery count(m_store->systemDb());
+    if (StoreSql::Run(count,
+                      QStringLiteral("SELECT COUNT(*) FROM coordsys WHERE %1 = ?").arg(column),
+                      {name}) &&
+        count.next())
+        predefined = count.value(0).toInt();
+    return InfoTexts::Users(what, users, predefined);
+}
+
 QString SqliteGeoDatabase::GetDtfInfoText(QString& out, const QString& dtf, int /*flag*/) {
-    const auto d = m_store->FindDtf(dtf);
-    out = d ? InfoTexts::Dtf(*d) : QString();
+    const auto d = m_store->FindDtf(dtf, GEODB_ALL, Begin());
+    out = d ? InfoTexts::Dtf(*d) + UsersText(QStringLiteral("dtf_name"), d->name,
+                                             QStringLiteral("datum transformation"))
+            : QString();
     return out;
 }
 
 QString SqliteGeoDatabase::GetEllipsoidInfoText(QString& out, const QString& ellipsoid) {
-    const auto e = m_store->FindEllipsoid(ellipsoid);
+    const auto e = m_store->FindEllipsoid(ellipsoid, GEODB_ALL, Begin());
     out = e ? InfoTexts::Ellipsoid(*e) : QString();
     return out;
 }
@@ -310,39 +370,51 @@ QString SqliteGeoDatabase::GetEllipsoidInfoText(QString& out, const QString& ell
 QString SqliteGeoDatabase::GetSystemInfoText(QString& out, const QString& group,
                                              const QString& system, const QString&, const QString&,
                                              const QString&, const QString&, const QString&) {
+    QString* e = Begin();
     out.clear();
     const auto s = System(group, system);
     if (!s)
         return out;
-    const auto dtf = m_store->FindDtf(s->dtfName);
-    const auto prj = m_store->FindProjection(s->projectionName);
-    const auto unit = m_store->FindUnit(s->unitName);
+    // A part that cannot be read fails the text; a part that is not stored is named so.
+    const auto dtf = m_store->FindDtf(s->dtfName, GEODB_ALL, e);
+    const auto prj = m_store->FindProjection(s->projectionName, GEODB_ALL, e);
+    const auto unit = m_store->FindUnit(s->unitName, GEODB_ALL, e);
+    if (Failed())
+        return out;
     out = InfoTexts::System(*s, dtf ? &*dtf : nullptr, prj ? &*prj : nullptr,
                             unit ? &*unit : nullptr);
     return out;
 }
 
 QString SqliteGeoDatabase::GetProjectionInfoText(const QString& prjName) {
+    Begin();
     const auto prj = Projection(prjName);
-    return prj ? InfoTexts::Projection(*prj) : QString();
+    return prj ? InfoTexts::Projection(*prj) + UsersText(QStringLiteral("projection_name"),
+                                                         prj->name, QStringLiteral("projection"))
+               : QString();
 }
 
 QString SqliteGeoDatabase::GetSystemProjectionInfoText(const QString& group, const QString& system,
                                                        int /*flag*/) {
+    QString* e = Begin();
     const auto s = System(group, system);
     if (!s)
         return QString();
-    const auto prj = m_store->FindProjection(s->projectionName);
-    return prj ? InfoTexts::Projection(*prj, s->group, s->name) : QString();
+    const auto prj = m_store->FindProjection(s->projectionName, GEODB_ALL, e);
+    return prj ? InfoTexts::Projection(*prj, s->group, s->name) +
+                     UsersText(QStringLiteral("projection_name"), prj->name,
+                               QStringLiteral("projection"))
+               : QString();
 }
 
 QString SqliteGeoDatabase::GetUnitDescription(QString& out, const QString& unitName) {
-    const auto unit = m_store->FindUnit(unitName);
+    const auto unit = m_store->FindUnit(unitName, GEODB_ALL, Begin());
     out = unit ? InfoTexts::UnitDescription(*unit) : QString();
     return out;
 }
 
 QString SqliteGeoDatabase::GetGeoidModelName(const QString& group, const QString& system) {
+    Begin();
     const auto s = System(group, system);
     return s ? s->geoidMethod : QString();
 }
@@ -360,6 +432,7 @@ QString SqliteGeoDatabase::DefaultGeoidKeys() {
 }
 
 QString SqliteGeoDatabase::GetCoordSysGeoidKeys(const QString& group, const QString& system) {
+    Begin();
     const auto s = System(group, system);
     if (!s)
         return QString();
@@ -367,22 +440,26 @@ QString SqliteGeoDatabase::GetCoordSysGeoidKeys(const QString& group, const QStr
 }
 
 QString SqliteGeoDatabase::GetGeoidModelFile(const QString& group, const QString& system) {
+    Begin();
     const auto s = System(group, system);
     return s ? s->geoidFile : QString();
 }
 
 QString SqliteGeoDatabase::GetChartDatum(const QString& group, const QString& system) {
+    Begin();
     const auto s = System(group, system);
     return s ? s->chartDatum : QString();
 }
 
 double SqliteGeoDatabase::GetPrimeMeridian(const QString& group, const QString& system) {
+    Begin();
     const auto s = System(group, system);
     return s ? s->primeMeridian : 0.0;
 }
 
 bool SqliteGeoDatabase::GetPostTranslation(const QString& group, const QString& system, double& e,
                                            double& n, double& z) {
+    Begin();
     const auto s = System(group, system);
     if (!s)
         return false;
@@ -395,6 +472,7 @@ bool SqliteGeoDatabase::GetPostTranslation(const QString& group, const QString& 
 bool SqliteGeoDatabase::GetPostHorAdjust(const QString& group, const QString& system,
                                          double& originE, double& originN, double& rotation,
                                          double& scale) {
+    Begin();
     const auto s = System(group, system);
     if (!s)
         return false;
@@ -408,6 +486,7 @@ bool SqliteGeoDatabase::GetPostHorAdjust(const QString& group, const QString& sy
 bool SqliteGeoDatabase::GetPostVertAdjust(const QString& group, const QString& system,
                                           double& originE, double& originN, double& slopeE,
                                           double& slopeN) {
+    Begin();
     const auto s = System(group, system);
     if (!s)
         return false;
@@ -419,6 +498,7 @@ bool SqliteGeoDatabase::GetPostVertAdjust(const QString& group, const QString& s
 }
 
 QString SqliteGeoDatabase::GetPostModelFile(const QString& group, const QString& system) {
+    Begin();
     const auto s = System(group, system);
     return s ? s->post.modelFile : QString();
 }
@@ -426,58 +506,63 @@ QString SqliteGeoDatabase::GetPostModelFile(const QString& group, const QString&
 QString SqliteGeoDatabase::GetPostModelName(const QString& group, const QString& system) {
     // As stored: the dialogs themselves show an older "OSTN02" as "OSTN" together with the
     // geoid model file, which holds that shift model.
+    Begin();
     const auto s = System(group, system);
     return s ? s->post.modelName : QString();
 }
 
 bool SqliteGeoDatabase::SystemHasGeoidModel(const QString& group, const QString& system) {
+    Begin();
     const auto s = System(group, system);
     return s && s->geoidOn && !s->geoidMethod.isEmpty();
 }
 
 bool SqliteGeoDatabase::SystemHasPostCorrection(const QString& group, const QString& system) {
+    Begin();
     const auto s = System(group, system);
     return s && (s->post.on || s->post.horOn || s->post.vertOn);
 }
 
 bool SqliteGeoDatabase::HasPostHorAdjust(const QString& group, const QString& system) {
+    Begin();
     const auto s = System(group, system);
     return s && s->post.horOn;
 }
 
 bool SqliteGeoDatabase::HasPostVertAdjust(const QString& group, const QString& system) {
+    Begin();
     const auto s = System(group, system);
     return s && s->post.vertOn;
 }
 
 double SqliteGeoDatabase::GetManualGeoidSeparation(const QString& group, const QString& system) {
+    Begin();
     const auto s = System(group, system);
     return s ? s->geoidSeparation : 0.0;
 }
 
 bool SqliteGeoDatabase::RemoveSystem(const QString& group, const QString& system) {
-    m_lastError.clear();
-    return SystemWriter::Remove(*m_store, group, system, &m_lastError);
+    return SystemWriter::Remove(*m_store, group, system, Begin());
 }
 
 bool SqliteGeoDatabase::AddUnit(const QString& name, double metersPerUnit, const QString& suffix,
                                 int category) {
-    m_lastError.clear();
-    return SystemWriter::AddUnit(*m_store, name, metersPerUnit, suffix, category, &m_lastError);
+    return SystemWriter::AddUnit(*m_store, name, metersPerUnit, suffix, category, Begin());
 }
 
 bool SqliteGeoDatabase::SetSystemInUse(const QString& group, const QString& system,
                                        const QString& projectId, bool inUse) {
-    m_lastError.clear();
-    return SystemWriter::SetInUse(*m_store, group, system, projectId, inUse, &m_lastError);
+    return SystemWriter::SetInUse(*m_store, group, system, projectId, inUse, Begin());
 }
 
 bool SqliteGeoDatabase::IsSystemInUse(const QString& group, const QString& system) {
+    QString* e = Begin();
     const auto s = System(group, system);
-    return s && SystemWriter::IsInUse(*m_store, s->name);
+    return s && SystemWriter::IsInUse(*m_store, s->name, e);
 }
 
 QHash<QString, int> SqliteGeoDatabase::GetEpsgCodes(GeoEntryKind kind) {
+    QString* e = Begin();
     QString table;
     switch (kind) {
     case GeoEntryKind::Ellipsoid:
@@ -498,14 +583,14 @@ QHash<QString, int> SqliteGeoDatabase::GetEpsgCodes(GeoEntryKind kind) {
     }
     QHash<QString, int> codes;
     for (const auto& [db, where] : StoreSql::Databases(*m_store, GEODB_ALL)) {
-        QSqlQuery q(db);
-        q.setForwardOnly(true);
-        if (!StoreSql::Run(
-                q,
+        StoreSql::Reader q(db, e);
+        if (!q.Exec(
                 QStringLiteral("SELECT name, epsg_code FROM %1 WHERE epsg_code <> 0").arg(table)))
-            continue;
-        while (q.next())
+            return {};
+        while (q.Next())
             codes.insert(q.value(0).toString(), q.value(1).toInt());
+        if (q.failed())
+            return {};
     }
     return codes;
 }

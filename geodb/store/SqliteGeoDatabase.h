@@ -3,6 +3,8 @@
 #include "api/OrvGeoDatabaseBase.h"
 #include "store/GeoStore.h"
 
+#include <QVariant>
+
 #include <memory>
 
 // The database object on the two SQLite files of a GeoStore.
@@ -90,12 +92,22 @@ public:
     static QString DefaultGeoidKeys();
 
 private:
-    std::optional<SystemRecord> System(const QString& group, const QString& system) const;
+    // Starts an operation: LastError() is empty after one that succeeds, and names the
+    // database and what went wrong after a read that failed (the operation then answers
+    // empty or false, never a partial answer).
+    QString* Begin();
+    bool Failed() const { return !m_lastError.isEmpty(); }
+    std::optional<SystemRecord> System(const QString& group, const QString& system);
     // A stored projection, or one the projection page converted to the wizard's unit and
     // named "<projection>_<unit>" but not saved yet: the stored projection's values with
     // every length converted into that unit.
-    std::optional<ProjectionRecord> Projection(const QString& name) const;
+    std::optional<ProjectionRecord> Projection(const QString& name);
     QStringList NamesInScope(const QString& sql, int scope, const QVariantList& values = {});
+    // True when the statement gives a row in a database of the scope.
+    bool RowInScope(const QString& sql, int scope, const QVariantList& values);
+    // The lines of an information text that tell which stored systems use the datum
+    // transformation or projection of that name (column: dtf_name or projection_name).
+    QString UsersText(const QString& column, const QString& name, const QString& what) const;
 
     std::unique_ptr<GeoStore> m_store;
     QString m_lastError;

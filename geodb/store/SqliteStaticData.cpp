@@ -1,6 +1,7 @@
 #include "store/SqliteStaticData.h"
 
 #include "api/ProjectionMethods.h"
+#include "engine/DraftPreview.h"
 #include "store/InfoTexts.h"
 #include "util/GeoFormat.h"
 
@@ -59,6 +60,62 @@ QString ParamText(double value, unsigned type) {
     return Num(value, 6);
 }
 
+// Metres, feet and the like with three decimals, never "-0.000".
+QString Length(double value) {
+    const QString text = Num(value, 3);
+    return text == QStringLiteral("-0.000") ? QStringLiteral("0.000") : text;
+}
+
+QString Angle(double value, int kind) {
+    QString text;
+    if (!FormatGeogs(value, 7, 5, kind, text, true, true))
+        text = QString::number(value, 'f', 9);
+    return Esc(text);
+}
+
+// The overview's rows for the test point and the warnings of a draft.
+QString PreviewRows(const DraftPreview& preview, const UnitRecord& unit) {
+    constexpr int LatitudeKind = 10;
+    constexpr int LongitudeKind = 11;
+    auto row = [](const QString& label, const QString& valueHtml) {
+        return QStringLiteral("<tr><td><b>%1</b></td><td>%2</td></tr>").arg(label, valueHtml);
+    };
+    QString html;
+    if (preview.source == DraftPreview::PointSource::None) {
+        html += row(QStringLiteral("Test point:"),
+                    QStringLiteral("none: the definition has no area of use and no projection "
+                                   "origin"));
+    } else {
+        const QString suffix = Esc(unit.suffix.isEmpty() ? unit.name : unit.suffix);
+        QString point = QStringLiteral("WGS 84 latitude: %1<br>WGS 84 longitude: %2<br>"
+                                       "WGS 84 height: %3 m")
+                            .arg(Angle(preview.wgs84.x, LatitudeKind),
+                                 Angle(preview.wgs84.y, LongitudeKind), Length(preview.wgs84.z));
+        if (preview.converted)
+            point += QStringLiteral("<br>Easting: %1 %4<br>Northing: %2 %4<br>Z: %3 %4")
+                         .arg(Length(preview.grid.x), Length(preview.grid.y),
+                              Length(preview.grid.z), suffix);
+        else
+            point += QStringLiteral("<br>Not converted: %1").arg(Esc(preview.failure));
+        switch (preview.source) {
+        case DraftPreview::PointSource::DtfAreaOfUse:
+            point += QStringLiteral("<br>(the centre of the datum transformation's area of use)");
+            break;
+        case DraftPreview::PointSource::ProjectionOrigin:
+            point += QStringLiteral("<br>(the origin of the projection)");
+            break;
+        default:
+            point += QStringLiteral("<br>(the centre of the system's area of use)");
+            break;
+        }
+        html += row(QStringLiteral("Test point:"), point);
+    }
+    for (const QString& warning : preview.warnings)
+        html += row(QStringLiteral("<font color=\"#b00000\">Warning:</font>"),
+                    QStringLiteral("<font color=\"#b00000\">%1</font>").arg(Esc(warning)));
+    return html;
+}
+
 } // namespace
 
 SqliteStaticData::SqliteStaticData(std::unique_ptr<GeoStore> store) : m_store(std::move(store)) {
@@ -71,6 +128,8 @@ void SqliteStaticData::Clear() {
     m_draft = SystemDraft{};
     m_geoidMethod.clear();
     m_geoidFile.clear();
+    m_loadedFromStore = false;
+    m_keepDtfTrailing = false;
     m_draft.system.satEllipsoid = QStringLiteral("WGS 84");
     m_draft.unit.name.clear();
     m_draft.unit.metersPerUnit = 1.0;
@@ -95,6 +154,8 @@ bool SqliteStaticData::LoadCoordSys(const QString& group, const QString& system)
     m_draft = d;
     m_geoidMethod.clear();
     m_geoidFile.clear();
+    m_loadedFromStore = true;
+    m_keepDtfTrailing = false;
     return true;
 }
 
@@ -103,6 +164,14 @@ SystemDraft SqliteStaticData::Resolved() const {
     d.system.geoidMethod = EffectiveGeoidMethod();
     d.system.geoidFile = EffectiveGeoidFile();
     d.system.geoidOn = d.system.geoidOn && !d.system.geoidMethod.isEmpty();
+    if (m_keepDtfTrailing) {
+        // those of the transformation of that name when one is stored, else those loaded
+        QString unread; // a transformation that cannot be read keeps the values loaded
+        if (const auto stored = m_store->FindDtf(d.dtf.name, GEODB_ALL, &unread)) {
+            d.dtf.obsEpoch = stored->obsEpoch;
+            d.dtf.trailing2 = stored->trailing2;
+        }
+    }
     return d;
 }
 
@@ -159,13 +228,14 @@ void SqliteStaticData::SetDtfName(const QString& name, const QString&) {
 
 void SqliteStaticData::SelectLocalEllipsoid(const QString& ellipsoid, const QString&) {
     m_draft.system.localEllipsoid = ellipsoid;
-    if (const auto e = m_store->FindEllipsoid(ellipsoid))
+    // A look-up that cannot be read leaves the values; saving reads again and refuses.
+    if (const auto e = m_store->FindEllipsoid(ellipsoid, GEODB_ALL, &m_lastError))
         m_draft.localValues = e->values;
 }
 
 void SqliteStaticData::SetUnitName(const QString& unit, const QString&) {
     m_draft.unit.name = unit;
-    if (const auto u = m_store->FindUnit(unit)) {
+    if (const auto u = m_store->FindUnit(unit, GEODB_ALL, &m_lastError)) {
         m_draft.unit.metersPerUnit = u->metersPerUnit;
         m_draft.unit.suffix = u->suffix;
         m_draft.unit.description = u->description;
@@ -204,6 +274,12 @@ void SqliteStaticData::SetDtfParameters(const DtfValues& values, unsigned char o
                                         double trailing1, double trailing2) {
     m_draft.dtf.values = values;
     m_draft.dtf.option = option;
+    if (m_loadedFromStore) {
+        // The editor hands over the further values (accuracy, EPSG code) it read with
+        // GetDtfParameters; a user record keeps none, and they are no observation epoch.
+        m_keepDtfTrailing = true;
+        return;
+    }
     m_draft.dtf.obsEpoch = trailing1;
     m_draft.dtf.trailing2 = trailing2;
 }
@@ -301,7 +377,8 @@ QString SqliteStaticData::GetOverviewText(QString& out) {
             .arg(Esc(d.dtf.name), Esc(d.dtfMethodName.isEmpty() ? InfoTexts::DtfMethodName(method)
                                                                 : d.dtfMethodName));
     if (method > DTF_NONE) {
-        const DtfValues& v = d.dtf.values;
+        // in the method's own convention, as the parameters page showed them
+        const DtfValues v = DtfValuesInMethodSign(d.dtf.values, method);
         dtf += QStringLiteral("<br>Shifts X, Y, Z: %1, %2, %3 m")
                    .arg(Num(v[0], 6), Num(v[1], 6), Num(v[2], 6));
         dtf += QStringLiteral("<br>Rotations X, Y, Z: %1, %2, %3 &quot;")
@@ -354,6 +431,8 @@ QString SqliteStaticData::GetOverviewText(QString& out) {
     }
     html +=
         row(QStringLiteral("Post correction:"), Esc(InfoTexts::PostSummary(s.post, d.unit.suffix)));
+    // What the system will do: a point converted with it, and what looks like a mistake.
+    html += PreviewRows(PreviewDraft(*m_store, d), d.unit);
     html += QStringLiteral("</table></body></html>");
     return out = html;
 }

@@ -94,5 +94,10 @@ private:
     // SetGeoidMethod / SetGeoidFile; empty = the model of SetGeoidModelName / File stands.
     QString m_geoidMethod;
     QString m_geoidFile;
+    // Loaded from a stored system (LoadCoordSys, the editor's way): SetDtfParameters then gets
+    // the further values where the wizard gives the trailing ones, and the record keeps its
+    // trailing values.
+    bool m_loadedFromStore = false;
+    bool m_keepDtfTrailing = false;
     QString m_lastError;
 };

@@ -3,6 +3,7 @@
 #include "store/GeoStore.h"
 #include "store/Schema.h"
 
+#include <QDir>
 #include <QSqlRecord>
 
 #include <algorithm>
@@ -18,6 +19,42 @@ std::vector<std::pair<QSqlDatabase, int>> Databases(const GeoStore& store, int s
     return out;
 }
 
+namespace {
+
+// One message part as a sentence: capital first letter, a full stop at the end.
+QString Sentence(const QString& text) {
+    QString s = text.trimmed();
+    if (s.isEmpty())
+        return s;
+    s[0] = s[0].toUpper();
+    if (!s.endsWith(QLatin1Char('.')) && !s.endsWith(QLatin1Char('!')) &&
+        !s.endsWith(QLatin1Char('?')))
+        s += QLatin1Char('.');
+    return s;
+}
+
+} // namespace
+
+QString ErrorText(const QSqlError& error) {
+    const QString database = Sentence(error.databaseText());
+    const QString driver = Sentence(error.driverText());
+    if (database.isEmpty() || database.compare(driver, Qt::CaseInsensitive) == 0)
+        return driver.isEmpty() ? QStringLiteral("Unknown database error.") : driver;
+    return driver.isEmpty() ? database : database + QLatin1Char(' ') + driver;
+}
+
+QString DatabaseLabel(const QSqlDatabase& db) {
+    const QString file = QDir::toNativeSeparators(db.databaseName());
+    return db.connectionName().startsWith(QLatin1String("orv-system"))
+               ? QStringLiteral("the pre-defined coordinate system database \"%1\"").arg(file)
+               : QStringLiteral("the user database \"%1\"").arg(file);
+}
+
+QString ReadFailure(const QSqlDatabase& db, const QSqlError& error) {
+    return Sentence(
+        QStringLiteral("%1 cannot be read: %2").arg(DatabaseLabel(db), ErrorText(error)));
+}
+
 bool Run(QSqlQuery& q, const QString& sql, const QVariantList& values) {
     if (!q.prepare(sql))
         return false;
@@ -31,35 +68,67 @@ bool Run(QSqlQuery& q, const QString& sql, const QVariantList& values) {
     return q.exec();
 }
 
-QStringList Column(QSqlDatabase db, const QString& sql, const QVariantList& values) {
-    QStringList out;
-    QSqlQuery q(db);
-    q.setForwardOnly(true);
-    if (!Run(q, sql, values))
-        return out;
-    while (q.next())
-        out << q.value(0).toString();
-    return out;
+Reader::Reader(QSqlDatabase db, QString* error) : m_db(db), m_query(db), m_error(error) {
+    m_query.setForwardOnly(true);
 }
 
-bool HasRow(QSqlDatabase db, const QString& sql, const QVariantList& values) {
-    QSqlQuery q(db);
-    q.setForwardOnly(true);
-    return Run(q, sql, values) && q.next();
+void Reader::Fail() {
+    m_failed = true;
+    if (m_error->isEmpty())
+        *m_error = ReadFailure(m_db, m_query.lastError());
+}
+
+bool Reader::Exec(const QString& sql, const QVariantList& values) {
+    if (!m_db.isOpen()) {
+        m_failed = true;
+        if (m_error->isEmpty())
+            *m_error = QStringLiteral("%1 is not open.").arg(Sentence(DatabaseLabel(m_db)));
+        return false;
+    }
+    if (Run(m_query, sql, values))
+        return true;
+    Fail();
+    return false;
+}
+
+bool Reader::Next() {
+    if (m_failed || !m_query.isActive())
+        return false;
+    if (m_query.next())
+        return true;
+    if (m_query.lastError().type() != QSqlError::NoError)
+        Fail();
+    return false;
+}
+
+QStringList Column(QSqlDatabase db, const QString& sql, const QVariantList& values,
+                   QString* error) {
+    QStringList out;
+    Reader r(db, error);
+    if (!r.Exec(sql, values))
+        return {};
+    while (r.Next())
+        out << r.value(0).toString();
+    return r.failed() ? QStringList() : out;
+}
+
+bool HasRow(QSqlDatabase db, const QString& sql, const QVariantList& values, QString* error) {
+    Reader r(db, error);
+    return r.Exec(sql, values) && r.Next();
 }
 
 namespace {
 
-QString Text(const QSqlQuery& q, const char* column) {
+QString Text(const Reader& q, const char* column) {
     return q.value(QString::fromLatin1(column)).toString();
 }
-double Real(const QSqlQuery& q, const char* column) {
+double Real(const Reader& q, const char* column) {
     return q.value(QString::fromLatin1(column)).toDouble();
 }
-int Int(const QSqlQuery& q, const char* column) {
+int Int(const Reader& q, const char* column) {
     return q.value(QString::fromLatin1(column)).toInt();
 }
-std::optional<double> OptionalReal(const QSqlQuery& q, const char* column) {
+std::optional<double> OptionalReal(const Reader& q, const char* column) {
     const QVariant v = q.value(QString::fromLatin1(column));
     if (v.isNull())
         return std::nullopt;
@@ -67,17 +136,16 @@ std::optional<double> OptionalReal(const QSqlQuery& q, const char* column) {
 }
 
 // Positions q on the row of table whose name equals name without regard to case.
-bool SelectByName(QSqlQuery& q, const char* table, const QString& name) {
-    q.setForwardOnly(true);
-    return Run(q, QStringLiteral("SELECT * FROM %1 WHERE name_key = ?").arg(QLatin1String(table)),
-               {OrvSchema::NameKey(name)}) &&
-           q.next();
+bool SelectByName(Reader& q, const char* table, const QString& name) {
+    return q.Exec(QStringLiteral("SELECT * FROM %1 WHERE name_key = ?").arg(QLatin1String(table)),
+                  {OrvSchema::NameKey(name)}) &&
+           q.Next();
 }
 
 } // namespace
 
-std::optional<EllipsoidRecord> ReadEllipsoid(QSqlDatabase db, const QString& name) {
-    QSqlQuery q(db);
+std::optional<EllipsoidRecord> ReadEllipsoid(QSqlDatabase db, const QString& name, QString* error) {
+    Reader q(db, error);
     if (!SelectByName(q, "ellipsoid", name))
         return std::nullopt;
     EllipsoidRecord r;
@@ -89,8 +157,8 @@ std::optional<EllipsoidRecord> ReadEllipsoid(QSqlDatabase db, const QString& nam
     return r;
 }
 
-std::optional<UnitRecord> ReadUnit(QSqlDatabase db, const QString& name) {
-    QSqlQuery q(db);
+std::optional<UnitRecord> ReadUnit(QSqlDatabase db, const QString& name, QString* error) {
+    Reader q(db, error);
     if (!SelectByName(q, "unit", name))
         return std::nullopt;
     UnitRecord r;
@@ -103,8 +171,8 @@ std::optional<UnitRecord> ReadUnit(QSqlDatabase db, const QString& name) {
     return r;
 }
 
-std::optional<DtfRecord> ReadDtf(QSqlDatabase db, const QString& name) {
-    QSqlQuery q(db);
+std::optional<DtfRecord> ReadDtf(QSqlDatabase db, const QString& name, QString* error) {
+    Reader q(db, error);
     if (!SelectByName(q, "dtf", name))
         return std::nullopt;
     DtfRecord r;
@@ -127,8 +195,9 @@ std::optional<DtfRecord> ReadDtf(QSqlDatabase db, const QString& name) {
     return r;
 }
 
-std::optional<ProjectionRecord> ReadProjection(QSqlDatabase db, const QString& name) {
-    QSqlQuery q(db);
+std::optional<ProjectionRecord> ReadProjection(QSqlDatabase db, const QString& name,
+                                               QString* error) {
+    Reader q(db, error);
     if (!SelectByName(q, "projection", name))
         return std::nullopt;
     ProjectionRecord r;
@@ -139,28 +208,29 @@ std::optional<ProjectionRecord> ReadProjection(QSqlDatabase db, const QString& n
     r.epsgCode = Int(q, "epsg_code");
     r.epsgMethodCode = Int(q, "epsg_method_code");
     r.description = Text(q, "description");
-    QSqlQuery p(db);
-    p.setForwardOnly(true);
-    if (Run(p,
-            QStringLiteral("SELECT name, value, value_text, type FROM projection_param "
-                           "WHERE projection_id = ? ORDER BY ord"),
-            {id})) {
-        while (p.next()) {
-            PrjParamRecord param;
-            param.name = p.value(0).toString();
-            param.value = p.value(1).toDouble();
-            param.valueText = p.value(2).toString();
-            param.type = p.value(3).toUInt();
-            r.params << param;
-        }
+    // A parameter that cannot be read fails the whole projection: a partial list would
+    // define another projection.
+    Reader p(db, error);
+    if (!p.Exec(QStringLiteral("SELECT name, value, value_text, type FROM projection_param "
+                               "WHERE projection_id = ? ORDER BY ord"),
+                {id}))
+        return std::nullopt;
+    while (p.Next()) {
+        PrjParamRecord param;
+        param.name = p.value(0).toString();
+        param.value = p.value(1).toDouble();
+        param.valueText = p.value(2).toString();
+        param.type = p.value(3).toUInt();
+        r.params << param;
     }
+    if (p.failed())
+        return std::nullopt;
     return r;
 }
 
-std::optional<SystemRecord> ReadSystem(QSqlDatabase db, const QString& group,
-                                       const QString& system) {
-    QSqlQuery q(db);
-    q.setForwardOnly(true);
+std::optional<SystemRecord> ReadSystem(QSqlDatabase db, const QString& group, const QString& system,
+                                       QString* error) {
+    Reader q(db, error);
     QString sql = QStringLiteral("SELECT c.*, g.name AS group_name FROM coordsys c "
                                  "JOIN sysgroup g ON g.id = c.group_id WHERE c.name_key = ?");
     QVariantList values{OrvSchema::NameKey(system)};
@@ -168,7 +238,7 @@ std::optional<SystemRecord> ReadSystem(QSqlDatabase db, const QString& group,
         sql += QStringLiteral(" AND g.name_key = ?");
         values << OrvSchema::NameKey(group);
     }
-    if (!Run(q, sql, values) || !q.next())
+    if (!q.Exec(sql, values) || !q.Next())
         return std::nullopt;
     SystemRecord r;
     r.name = Text(q, "name");

@@ -23,7 +23,8 @@ QString Key(const QString& name) {
 // One write transaction on the user database; rolled back unless committed.
 class Transaction {
 public:
-    explicit Transaction(QSqlDatabase db) : m_db(db) {}
+    explicit Transaction(const GeoStore& store)
+        : m_db(store.userDb()), m_readOnly(store.userReadOnlyReason()) {}
     ~Transaction() {
         if (m_open) {
             QSqlQuery q(m_db);
@@ -31,11 +32,15 @@ public:
         }
     }
     bool Begin(QString* error) {
+        if (!m_readOnly.isEmpty()) {
+            *error = m_readOnly + QStringLiteral(" Nothing was saved.");
+            return false;
+        }
         QSqlQuery q(m_db);
         if (!q.exec(QStringLiteral("BEGIN IMMEDIATE"))) {
-            *error = QStringLiteral("The user database is busy or cannot be written (%1). "
-                                    "Nothing was saved.")
-                         .arg(q.lastError().text());
+            *error = QStringLiteral("The user database is busy or cannot be written: %1 Nothing "
+                                    "was saved.")
+                         .arg(StoreSql::ErrorText(q.lastError()));
             return false;
         }
         m_open = true;
@@ -44,9 +49,9 @@ public:
     bool Commit(QString* error) {
         QSqlQuery q(m_db);
         if (!q.exec(QStringLiteral("COMMIT"))) {
-            *error = QStringLiteral("The changes could not be written to the user database "
-                                    "(%1). Nothing was saved.")
-                         .arg(q.lastError().text());
+            *error = QStringLiteral("The changes could not be written to the user database: %1 "
+                                    "Nothing was saved.")
+                         .arg(StoreSql::ErrorText(q.lastError()));
             return false;
         }
         m_open = false;
@@ -55,6 +60,7 @@ public:
 
 private:
     QSqlDatabase m_db;
+    QString m_readOnly;
     bool m_open = false;
 };
 
@@ -63,8 +69,8 @@ bool Write(QSqlDatabase db, const QString& sql, const QVariantList& values, cons
            QString* error, qlonglong* insertedId = nullptr) {
     QSqlQuery q(db);
     if (!StoreSql::Run(q, sql, values)) {
-        *error = QStringLiteral("Writing %1 failed (%2). Nothing was saved.")
-                     .arg(what, q.lastError().text());
+        *error = QStringLiteral("Writing %1 failed: %2 Nothing was saved.")
+                     .arg(what, StoreSql::ErrorText(q.lastError()));
         return false;
     }
     if (insertedId)
@@ -72,15 +78,20 @@ bool Write(QSqlDatabase db, const QString& sql, const QVariantList& values, cons
     return true;
 }
 
-std::optional<qlonglong> IdOf(QSqlDatabase db, const QString& table, const QString& name) {
-    QSqlQuery q(db);
-    q.setForwardOnly(true);
+// The id of a named row; nullopt when there is none or when it cannot be read (error set).
+std::optional<qlonglong> IdOf(QSqlDatabase db, const QString& table, const QString& name,
+                              QString* error) {
+    StoreSql::Reader q(db, error);
     // The table name is one of ours, never user text.
-    if (StoreSql::Run(q, QStringLiteral("SELECT id FROM %1 WHERE name_key = ?").arg(table),
-                      {Key(name)}) &&
-        q.next())
+    if (q.Exec(QStringLiteral("SELECT id FROM %1 WHERE name_key = ?").arg(table), {Key(name)}) &&
+        q.Next())
         return q.value(0).toLongLong();
     return std::nullopt;
+}
+
+// A look-up while saving: one that cannot be read stops the save, whatever it found.
+QString ReadFailed(const QString& failure) {
+    return failure + QStringLiteral(" Nothing was saved.");
 }
 
 bool Close(double a, double b, double absTol) {
@@ -226,7 +237,10 @@ bool Validate(const GeoStore& store, const SystemDraft& in, Resolved& out, QStri
         return fail(QStringLiteral("The coordinate system \"%1\" has no local ellipsoid.")
                         .arg(d.system.name));
     for (QString* name : {&d.system.satEllipsoid, &d.system.localEllipsoid}) {
-        const auto e = store.FindEllipsoid(*name);
+        QString failure;
+        const auto e = store.FindEllipsoid(*name, GEODB_ALL, &failure);
+        if (!failure.isEmpty())
+            return fail(ReadFailed(failure));
         if (!e)
             return fail(QStringLiteral("The ellipsoid \"%1\" is not stored.").arg(*name));
         *name = e->name;
@@ -259,6 +273,17 @@ bool Validate(const GeoStore& store, const SystemDraft& in, Resolved& out, QStri
         return fail(
             QStringLiteral("The projection \"%1\" has no known method.").arg(d.projection.name));
     d.projection.methodId = out.method->id;
+    // A projection nothing can compute is referenced where it is pre-defined, never written.
+    QString unread;
+    const bool predefined =
+        out.method->id == ProjectionMethods::NotImplementedId &&
+        store.FindProjection(d.projection.name, GEODB_SYSTEM, &unread).has_value();
+    if (!unread.isEmpty())
+        return fail(unread);
+    if (out.method->id == ProjectionMethods::NotImplementedId && !predefined)
+        return fail(QStringLiteral("The projection \"%1\" has a method that is not implemented; "
+                                   "it cannot be saved.")
+                        .arg(d.projection.name));
     if (out.method->id == ProjectionMethods::UtmId) {
         if (!SetUtmRows(d, error))
             return false;
@@ -280,16 +305,27 @@ bool Validate(const GeoStore& store, const SystemDraft& in, Resolved& out, QStri
 }
 
 bool SaveGroup(GeoStore& store, SystemDraft& d, qlonglong& groupId, QString* error) {
-    if (IdOf(store.systemDb(), QStringLiteral("sysgroup"), d.system.group)) {
+    QString failure;
+    const bool preDefined =
+        IdOf(store.systemDb(), QStringLiteral("sysgroup"), d.system.group, &failure).has_value();
+    if (!failure.isEmpty()) {
+        *error = ReadFailed(failure);
+        return false;
+    }
+    if (preDefined) {
         *error = QStringLiteral("The group \"%1\" is pre-defined. Save the coordinate system in a "
                                 "user group.")
                      .arg(d.system.group);
         return false;
     }
     QSqlDatabase db = store.userDb();
-    if (auto id = IdOf(db, QStringLiteral("sysgroup"), d.system.group)) {
+    if (auto id = IdOf(db, QStringLiteral("sysgroup"), d.system.group, &failure)) {
         groupId = *id;
         return true;
+    }
+    if (!failure.isEmpty()) {
+        *error = ReadFailed(failure);
+        return false;
     }
     return Write(db, QStringLiteral("INSERT INTO sysgroup (name, name_key) VALUES (?, ?)"),
                  {d.system.group, Key(d.system.group)},
@@ -302,7 +338,12 @@ bool SaveUnit(GeoStore& store, SystemDraft& d, QString* error) {
     // measure in it, and no dialog edits a unit (the pages may even hand over the suffix of
     // the unit selected before). Only a different factor is a change, and it is refused.
     for (QSqlDatabase db : {store.systemDb(), store.userDb()}) {
-        const auto stored = StoreSql::ReadUnit(db, u.name);
+        QString failure;
+        const auto stored = StoreSql::ReadUnit(db, u.name, &failure);
+        if (!failure.isEmpty()) {
+            *error = ReadFailed(failure);
+            return false;
+        }
         if (!stored)
             continue;
         if (std::fabs(stored->metersPerUnit - u.metersPerUnit) >
@@ -326,7 +367,14 @@ bool SaveUnit(GeoStore& store, SystemDraft& d, QString* error) {
 
 bool SaveDtf(GeoStore& store, SystemDraft& d, QString* error) {
     const DtfRecord& t = d.dtf;
-    if (auto stored = StoreSql::ReadDtf(store.systemDb(), t.name)) {
+    QString failure;
+    const auto preDefined = StoreSql::ReadDtf(store.systemDb(), t.name, &failure);
+    const auto user = StoreSql::ReadDtf(store.userDb(), t.name, &failure);
+    if (!failure.isEmpty()) {
+        *error = ReadFailed(failure);
+        return false;
+    }
+    if (const auto& stored = preDefined) {
         if (stored->methodIndex != t.methodIndex || !SameDtfValues(stored->values, t.values)) {
             *error = QStringLiteral("A pre-defined datum transformation cannot be changed: "
                                     "\"%1\" keeps its stored method and values. Give the changed "
@@ -338,16 +386,37 @@ bool SaveDtf(GeoStore& store, SystemDraft& d, QString* error) {
         return true;
     }
     // The engine takes a default observation epoch as the time of every position.
-    if (t.obsEpoch != 0.0 && (t.obsEpoch < 1900.0 || t.obsEpoch > 2200.0)) {
+    if (!IsObservationEpochValid(t.obsEpoch)) {
         *error = QStringLiteral("The default observation epoch %1 of the datum transformation "
-                                "\"%2\" is not a year between 1900 and 2200 (0 for none).")
-                     .arg(QString::number(t.obsEpoch, 'g', 12), t.name);
+                                "\"%2\" is not a year between %3 and %4 (0 for none).")
+                     .arg(QString::number(t.obsEpoch, 'g', 12), t.name)
+                     .arg(ObservationEpochMin, 0, 'f', 0)
+                     .arg(ObservationEpochMax, 0, 'f', 0);
+        return false;
+    }
+    // The rates of a 15-value transformation count from its reference epoch: without it
+    // every position is moved by the rates times two thousand years, some hundred metres.
+    const double epoch = t.values[14];
+    if (t.methodIndex >= DTF_15_POSITION_VECTOR &&
+        !(epoch >= ObservationEpochMin && epoch <= ObservationEpochMax)) {
+        *error = epoch == 0.0
+                     ? QStringLiteral("The field \"Datum Epoch\" of the time-dependent datum "
+                                      "transformation \"%1\" is 0. Enter the year its parameters "
+                                      "refer to (for example 2010.0): without it every position is "
+                                      "off by up to a hundred metres.")
+                           .arg(t.name)
+                     : QStringLiteral("The field \"Datum Epoch\" of the time-dependent datum "
+                                      "transformation \"%1\" is %2, not a year between %3 and "
+                                      "%4.")
+                           .arg(t.name, QString::number(epoch, 'g', 12))
+                           .arg(ObservationEpochMin, 0, 'f', 0)
+                           .arg(ObservationEpochMax, 0, 'f', 0);
         return false;
     }
     QSqlDatabase db = store.userDb();
     const QString what = QStringLiteral("the datum transformation \"%1\"").arg(t.name);
     QVariantList values = DtfValuesOf(t, d.system.satEllipsoid, d.system.localEllipsoid);
-    if (auto stored = StoreSql::ReadDtf(db, t.name)) {
+    if (const auto& stored = user) {
         d.system.dtfName = stored->name;
         QString sets;
         for (const QString& column : QString::fromLatin1(DtfColumns).split(QStringLiteral(", ")))
@@ -371,7 +440,15 @@ bool SaveDtf(GeoStore& store, SystemDraft& d, QString* error) {
 
 bool SaveProjection(GeoStore& store, SystemDraft& d, QString* error) {
     ProjectionRecord& p = d.projection;
-    if (auto stored = StoreSql::ReadProjection(store.systemDb(), p.name)) {
+    QString failure;
+    const auto preDefined = StoreSql::ReadProjection(store.systemDb(), p.name, &failure);
+    const auto user = StoreSql::ReadProjection(store.userDb(), p.name, &failure);
+    const auto existing = IdOf(store.userDb(), QStringLiteral("projection"), p.name, &failure);
+    if (!failure.isEmpty()) {
+        *error = ReadFailed(failure);
+        return false;
+    }
+    if (const auto& stored = preDefined) {
         if (stored->methodId != p.methodId || !SameParams(p.params, stored->params)) {
             *error = QStringLiteral("A pre-defined projection cannot be changed: \"%1\" keeps its "
                                     "stored method and parameters. Give the changed projection a "
@@ -385,9 +462,9 @@ bool SaveProjection(GeoStore& store, SystemDraft& d, QString* error) {
     QSqlDatabase db = store.userDb();
     const QString what = QStringLiteral("the projection \"%1\"").arg(p.name);
     qlonglong id = 0;
-    if (auto existing = IdOf(db, QStringLiteral("projection"), p.name)) {
+    if (existing && user) {
         id = *existing;
-        d.system.projectionName = StoreSql::ReadProjection(db, p.name)->name;
+        d.system.projectionName = user->name;
         if (!Write(db,
                    QStringLiteral("UPDATE projection SET method_id = ?, unit_name = ?, "
                                   "description = ? WHERE id = ?"),
@@ -421,7 +498,15 @@ QVariant Nullable(const std::optional<double>& v) {
 
 bool SaveSystem(GeoStore& store, SystemDraft& d, qlonglong groupId, QString* error) {
     SystemRecord& s = d.system;
-    if (IdOf(store.systemDb(), QStringLiteral("coordsys"), s.name)) {
+    QString failure;
+    const bool preDefined =
+        IdOf(store.systemDb(), QStringLiteral("coordsys"), s.name, &failure).has_value();
+    const auto existing = IdOf(store.userDb(), QStringLiteral("coordsys"), s.name, &failure);
+    if (!failure.isEmpty()) {
+        *error = ReadFailed(failure);
+        return false;
+    }
+    if (preDefined) {
         *error = QStringLiteral("The coordinate system \"%1\" is pre-defined and cannot be "
                                 "changed. Save it under a new name.")
                      .arg(s.name);
@@ -510,7 +595,7 @@ bool SaveSystem(GeoStore& store, SystemDraft& d, qlonglong groupId, QString* err
                               QStringLiteral("remarks")};
     QSqlDatabase db = store.userDb();
     const QString what = QStringLiteral("the coordinate system \"%1\"").arg(s.name);
-    if (auto id = IdOf(db, QStringLiteral("coordsys"), s.name)) {
+    if (const auto& id = existing) {
         values << *id;
         return Write(db,
                      QStringLiteral("UPDATE coordsys SET %1 = ? WHERE id = ?")
@@ -535,7 +620,7 @@ bool Save(GeoStore& store, const SystemDraft& draft, QString* error) {
     if (!Validate(store, draft, r, error))
         return false;
     SystemDraft& d = r.d;
-    Transaction tx(store.userDb());
+    Transaction tx(store);
     qlonglong groupId = 0;
     return tx.Begin(error) && SaveGroup(store, d, groupId, error) && SaveUnit(store, d, error) &&
            SaveDtf(store, d, error) && SaveProjection(store, d, error) &&
@@ -543,17 +628,28 @@ bool Save(GeoStore& store, const SystemDraft& draft, QString* error) {
 }
 
 bool Remove(GeoStore& store, const QString& group, const QString& system, QString* error) {
-    if (StoreSql::ReadSystem(store.systemDb(), group, system)) {
+    QString failure;
+    const bool preDefined =
+        StoreSql::ReadSystem(store.systemDb(), group, system, &failure).has_value();
+    if (!failure.isEmpty()) {
+        *error = failure;
+        return false;
+    }
+    if (preDefined) {
         *error = QStringLiteral("The coordinate system \"%1\" is pre-defined and cannot be "
                                 "removed.")
                      .arg(system);
         return false;
     }
     QSqlDatabase db = store.userDb();
-    Transaction tx(db);
+    Transaction tx(store);
     if (!tx.Begin(error))
         return false;
-    const auto found = StoreSql::ReadSystem(db, group, system);
+    const auto found = StoreSql::ReadSystem(db, group, system, &failure);
+    if (!failure.isEmpty()) {
+        *error = failure;
+        return false;
+    }
     if (!found) {
         *error = QStringLiteral("The coordinate system \"%1\" is not stored in the group \"%2\".")
                      .arg(system, group);
@@ -563,7 +659,11 @@ bool Remove(GeoStore& store, const QString& group, const QString& system, QStrin
         StoreSql::Column(db,
                          QStringLiteral("SELECT project FROM system_use WHERE system_key = ? "
                                         "ORDER BY project"),
-                         {Key(found->name)});
+                         {Key(found->name)}, &failure);
+    if (!failure.isEmpty()) {
+        *error = failure;
+        return false;
+    }
     if (!projects.isEmpty()) {
         *error = QStringLiteral("The coordinate system \"%1\" is used by the project(s) %2 and "
                                 "cannot be removed.")
@@ -577,19 +677,23 @@ bool Remove(GeoStore& store, const QString& group, const QString& system, QStrin
 
 bool AddUnit(GeoStore& store, const QString& name, double metersPerUnit, const QString& suffix,
              int category, QString* error) {
-    if (name.trimmed().isEmpty()) {
-        *error = QStringLiteral("The unit has no name.");
-        return false;
-    }
+    // A unit of empty name is stored like any other (the new-unit dialog relies on it); the
+    // name check below still keeps it to one.
     if (!std::isfinite(metersPerUnit) || metersPerUnit <= 0) {
         *error =
             QStringLiteral("The unit \"%1\" needs a positive number of metres per unit.").arg(name);
         return false;
     }
-    Transaction tx(store.userDb());
+    Transaction tx(store);
     if (!tx.Begin(error))
         return false;
-    if (store.FindUnit(name)) {
+    QString failure;
+    const bool exists = store.FindUnit(name, GEODB_ALL, &failure).has_value();
+    if (!failure.isEmpty()) {
+        *error = ReadFailed(failure);
+        return false;
+    }
+    if (exists) {
         *error = QStringLiteral("A unit named \"%1\" already exists.").arg(name);
         return false;
     }
@@ -611,7 +715,12 @@ bool SetInUse(GeoStore& store, const QString& group, const QString& system,
         *error = QStringLiteral("No project was named.");
         return false;
     }
-    const auto found = store.FindSystem(group, system);
+    QString failure;
+    const auto found = store.FindSystem(group, system, GEODB_ALL, &failure);
+    if (!failure.isEmpty()) {
+        *error = failure;
+        return false;
+    }
     if (!found) {
         *error = QStringLiteral("The coordinate system \"%1\" is not stored in the group \"%2\".")
                      .arg(system, group);
@@ -621,17 +730,17 @@ bool SetInUse(GeoStore& store, const QString& group, const QString& system,
                                                "project) VALUES (?, ?)")
                               : QStringLiteral("DELETE FROM system_use WHERE system_key = ? AND "
                                                "project = ?");
-    Transaction tx(store.userDb());
+    Transaction tx(store);
     return tx.Begin(error) &&
            Write(store.userDb(), sql, {Key(found->name), projectId},
                  QStringLiteral("the use of \"%1\"").arg(found->name), error) &&
            tx.Commit(error);
 }
 
-bool IsInUse(const GeoStore& store, const QString& system) {
+bool IsInUse(const GeoStore& store, const QString& system, QString* error) {
     return StoreSql::HasRow(store.userDb(),
                             QStringLiteral("SELECT 1 FROM system_use WHERE system_key = ?"),
-                            {Key(system)});
+                            {Key(system)}, error);
 }
 
 } // namespace SystemWriter

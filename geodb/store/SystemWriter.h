@@ -20,7 +20,9 @@ struct SystemDraft {
 // Every write of the user database. Each operation is one transaction that takes the write
 // lock at its start (BEGIN IMMEDIATE), so writers in other processes wait for each other
 // (up to the busy timeout) instead of failing half-way. On failure the transaction is rolled
-// back and error says why in plain words.
+// back and error says why in plain words. A user database that cannot be written (see
+// GeoStore::userReadOnlyReason) refuses every write with the missing permission, and a
+// look-up that cannot be read stops the write: nothing is decided on a partial answer.
 namespace SystemWriter {
 
 // Validates the draft and writes group, unit, datum transformation, projection and system.
@@ -30,6 +32,7 @@ bool AddUnit(GeoStore& store, const QString& name, double metersPerUnit, const Q
              int category, QString* error);
 bool SetInUse(GeoStore& store, const QString& group, const QString& system,
               const QString& projectId, bool inUse, QString* error);
-bool IsInUse(const GeoStore& store, const QString& system);
+// A project uses the system; false with error set when that cannot be read.
+bool IsInUse(const GeoStore& store, const QString& system, QString* error);
 
 } // namespace SystemWriter

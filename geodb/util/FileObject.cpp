@@ -6,6 +6,8 @@
 #include <QStringDecoder>
 #include <QStringEncoder>
 
+#include <algorithm>
+
 namespace {
 
 // An ini file larger than this is not a settings file; refuse it rather than read it whole.
@@ -25,6 +27,26 @@ QString quoteIfNeeded(const QString& value) {
     const bool outerBlanks = value != value.trimmed();
     const bool looksQuoted = value.size() >= 2 && value.startsWith(u'"') && value.endsWith(u'"');
     return outerBlanks || looksQuoted ? u'"' + value + u'"' : value;
+}
+
+// A comment line that marks a file as Latin-1: '«' and '»' are 0xAB and 0xBB, bytes that
+// are never a letter of their own in UTF-8.
+const QString Latin1Marker = QStringLiteral("; Latin-1 (ISO 8859-1) text \u00ab\u00bb");
+
+// True when bytes meant as Latin-1 are also valid UTF-8 with other letters in it.
+bool ReadsAsOtherUtf8(const QByteArray& data) {
+    bool ascii = true;
+    for (char c : data) {
+        if (static_cast<unsigned char>(c) >= 0x80) {
+            ascii = false;
+            break;
+        }
+    }
+    if (ascii)
+        return false;
+    QStringDecoder decoder(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
+    const QString asUtf8 = decoder(data);
+    return !decoder.hasError() && asUtf8 != QString::fromLatin1(data);
 }
 
 bool hasLineBreak(const QString& text) {
@@ -64,18 +86,23 @@ bool FileObject::FileOpen(const QString& path, unsigned mode) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return false;
-    const QByteArray data = file.read(MaxFileSize + 1);
+    // Sized by the file, not by the limit: read(limit) would claim 16 MB for every opening.
+    QByteArray data = file.read(std::min(info.size(), MaxFileSize) + 1);
+    while (!file.atEnd() && data.size() <= MaxFileSize && file.error() == QFileDevice::NoError)
+        data += file.read(MaxFileSize + 1 - data.size()); // the file grew meanwhile
     if (file.error() != QFileDevice::NoError || data.size() > MaxFileSize)
         return false;
 
+    // Stateless: a sequence cut off at the end of the file is an error, not a byte held
+    // back for more input (which would drop the last letter of a Latin-1 file).
     QString text;
     if (const auto bomEncoding = QStringConverter::encodingForData(data)) {
         m_encoding = *bomEncoding;
         m_bom = true;
-        QStringDecoder decoder(m_encoding);
+        QStringDecoder decoder(m_encoding, QStringConverter::Flag::Stateless);
         text = decoder(data);
     } else {
-        QStringDecoder decoder(QStringConverter::Utf8);
+        QStringDecoder decoder(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
         text = decoder(data);
         if (decoder.hasError()) {
             // Older tools write the settings in an 8-bit code page; keep the bytes readable.
@@ -161,8 +188,9 @@ bool FileObject::SetItem(const QString& section, const QString& key, const QStri
     const QString keyName = key.trimmed();
     if (keyName.isEmpty() || keyName.contains(u'=') || keyName.startsWith(u'[') ||
         keyName.startsWith(u';') || keyName.startsWith(u'#') || sectionName.contains(u']') ||
-        hasLineBreak(section) || hasLineBreak(key) || hasLineBreak(value))
-        return false;
+        hasLineBreak(section) || hasLineBreak(key) || hasLineBreak(value) ||
+        !section.isValidUtf16() || !key.isValidUtf16() || !value.isValidUtf16())
+        return false; // a lone surrogate has no encoding and would read back as another text
 
     const QStringList before = m_lines;
     const QString folded = fold(keyName);
@@ -197,9 +225,13 @@ bool FileObject::SetItem(const QString& section, const QString& key, const QStri
 bool FileObject::Save() {
     if (m_path.isEmpty())
         return false;
-    QString text = m_lines.join(m_lineEnd);
-    if (m_endsWithLineEnd && !m_lines.isEmpty())
-        text += m_lineEnd;
+    auto joined = [this] {
+        QString text = m_lines.join(m_lineEnd);
+        if (m_endsWithLineEnd && !m_lines.isEmpty())
+            text += m_lineEnd;
+        return text;
+    };
+    QString text = joined();
 
     QStringConverter::Encoding encoding = m_encoding;
     if (encoding == QStringConverter::Latin1) {
@@ -210,9 +242,16 @@ bool FileObject::Save() {
             }
         }
     }
-    QStringEncoder encoder(encoding, m_bom ? QStringConverter::Flag::WriteBom
-                                           : QStringConverter::Flag::Default);
-    const QByteArray data = encoder(text);
+    const auto flags = m_bom ? QStringConverter::Flag::WriteBom : QStringConverter::Flag::Default;
+    QByteArray data = QStringEncoder(encoding, flags)(text);
+    if (encoding == QStringConverter::Latin1 && ReadsAsOtherUtf8(data)) {
+        // Latin-1 bytes that happen to be valid UTF-8 ("Ã©") would read back as other
+        // letters ("é"). A comment with two bytes that UTF-8 never holds alone keeps the
+        // file Latin-1, for this reader and for older programs alike.
+        m_lines.append(Latin1Marker);
+        text = joined();
+        data = QStringEncoder(encoding, flags)(text);
+    }
 
     // Written to a temporary file and renamed, so a failed save leaves the old file whole.
     QSaveFile file(m_path);

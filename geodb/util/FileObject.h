@@ -12,7 +12,10 @@
 // (that is how a value with outer blanks is written). Backslashes are taken literally, so
 // Windows paths read as they stand. A key that appears twice in a section reads its first
 // value. Line ends may be CRLF or LF; the file is UTF-8 (or UTF-16 with a byte-order mark;
-// text that is not valid UTF-8 is read as Latin-1).
+// text that is not valid UTF-8, even in its last byte, is read as Latin-1). A file is
+// written back in its own encoding, so that every value reads back as it was set: a Latin-1
+// file whose bytes would read as other UTF-8 letters gets a comment line that marks it
+// Latin-1, and one given a letter Latin-1 cannot hold becomes UTF-8.
 class FileObject {
 public:
     FileObject();
@@ -32,7 +35,8 @@ public:
     // Writing (used by hosts and tests): changes the items and saves the file atomically.
     // SetItem keeps comments, order and the other lines as they were; it refuses (false,
     // nothing changed) an empty or malformed key, a section name holding ']', any line
-    // break, and a file that was never opened. When the save fails, the items stay as before.
+    // break, text that is not valid UTF-16 (a lone surrogate) and a file that was never
+    // opened. When the save fails, the items stay as before.
     bool SetItem(const QString& section, const QString& key, const QString& value);
     bool Save();
 

@@ -131,21 +131,20 @@ bool GeobaseToGeostatic(const QString& group, const QString& system, const QStri
     }
     sd->SetProjectionParameters(block, prmValues, prmNames, prmTypes);
 
-    // Geoid model.
-    if (db->SystemHasGeoidModel(group, system)) {
-        const QString model = GeoidKeySpelling(db->GetGeoidModelName(group, system));
-        sd->SetGeoidModelName(model);
-        sd->SetGeoidModelFile(db->GetGeoidModelFile(group, system));
-        sd->SetChartDatum(db->GetChartDatum(group, system));
-        if (model == QString::fromWCharArray(GeoidmodelTypeKeys[GeoidKey::ManualSeparation]))
-            sd->SetManualGeoidSeparation(db->GetManualGeoidSeparation(group, system));
-        sd->SetGeoidEnabled(true);
-    } else {
-        sd->SetGeoidModelName(QString());
-        sd->SetGeoidModelFile(QString());
-        sd->SetChartDatum(QString());
-        sd->SetGeoidEnabled(false);
-    }
+    // Geoid model. The wizard copies one system after another into the same static data as
+    // the person clicks through the stored systems: every field is written, so that nothing
+    // of a system chosen before stays behind (a separation kept from a manual model would
+    // come back as soon as that method is chosen again).
+    const bool geoid = db->SystemHasGeoidModel(group, system);
+    const QString model =
+        geoid ? GeoidKeySpelling(db->GetGeoidModelName(group, system)) : QString();
+    const bool manual =
+        model == QString::fromWCharArray(GeoidmodelTypeKeys[GeoidKey::ManualSeparation]);
+    sd->SetGeoidModelName(model);
+    sd->SetGeoidModelFile(geoid ? db->GetGeoidModelFile(group, system) : QString());
+    sd->SetChartDatum(geoid ? db->GetChartDatum(group, system) : QString());
+    sd->SetManualGeoidSeparation(manual ? db->GetManualGeoidSeparation(group, system) : 0.0);
+    sd->SetGeoidEnabled(geoid);
 
     // Post correction.
     double e = 0, n = 0, z = 0;

@@ -15,11 +15,15 @@ QString ZoneText(int zone) {
 }
 
 bool ParseZoneText(const QString& text, int& zone, int& meridian, QChar& letter) {
+    // Only the list's own texts: a zone number with another meridian, other spacing or
+    // anything after the bracket is no zone of the list.
     const QByteArray bytes = text.toLatin1();
     int z = 0;
     int m = 0;
     char c = 0;
-    if (std::sscanf(bytes.constData(), "Zone %2d     (%3d %c)", &z, &m, &c) != 3)
+    if (text.size() != ZoneText(1).size() ||
+        std::sscanf(bytes.constData(), "Zone %2d     (%3d %c)", &z, &m, &c) != 3 || z < 1 ||
+        z > ZoneCount || text != ZoneText(z))
         return false;
     zone = z;
     meridian = m;

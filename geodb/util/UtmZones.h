@@ -13,7 +13,7 @@ int CentralMeridian(int zone);
 // "Zone %2d     (%3d %c)": zone number, meridian in whole degrees without sign, E or W.
 // Zone 1 -> "Zone  1     (177 W)", zone 31 -> "Zone 31     (  3 E)".
 QString ZoneText(int zone);
-// Reads a zone text back; false for anything else.
+// Reads a zone text back; false for anything that is not exactly one of the 60 texts.
 bool ParseZoneText(const QString& text, int& zone, int& meridian, QChar& letter);
 
 QString NorthernText(); // "Northern"

@@ -118,7 +118,8 @@ TEST(ReadOnlySource, AMissingUserDatabaseIsNotCreated) {
         const std::unique_ptr<GeoStore> store = GeoStore::Open(source.dllType(), &error);
         ASSERT_TRUE(store) << error.toStdString();
         EXPECT_TRUE(store->FindSystem(QStringLiteral("UK"),
-                                      QStringLiteral("OSGB36 / British National Grid")));
+                                      QStringLiteral("OSGB36 / British National Grid"), GEODB_ALL,
+                                      &error));
     }
     EXPECT_FALSE(QFileInfo::exists(folder));
 

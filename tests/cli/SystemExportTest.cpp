@@ -113,7 +113,7 @@ TEST(SystemExport, PreDefinedSystemsConvertInProjAsInTheEngine) {
     int checked = 0;
     for (qsizetype i = 0; i < systems.size(); i += SampleStep) {
         const Catalog::Entry& entry = systems[i];
-        const auto record = store->FindSystem(entry.group, entry.name);
+        const auto record = store->FindSystem(entry.group, entry.name, GEODB_ALL, &error);
         ASSERT_TRUE(record);
         std::unique_ptr<OrvGeoCoordSysBase> cs(
             OrvGeoCoordSysList::GetCoordSysList().Create(folder.dllType()));
@@ -146,7 +146,7 @@ TEST(SystemExport, PreDefinedSystemsConvertInProjAsInTheEngine) {
                                 ? PipelineConvert(ctx.get(), text, proj, timeDependent)
                                 : ProjConvert(ctx.get(), text, proj, timeDependent);
             ASSERT_TRUE(ok) << entry.name.toStdString() << "\n" << text.toStdString();
-            const auto def = store->LoadDefinition(entry.group, entry.name);
+            const auto def = store->LoadDefinition(entry.group, entry.name, &error);
             ASSERT_TRUE(def);
             ExpectSame(engine, proj, entry.name + QStringLiteral(" format %1").arg(int(format)),
                        format == SystemExport::Format::Proj

@@ -4,7 +4,10 @@
 #include "dialogs/PickerTree.h"
 #include "wizard/GeoWizard.h"
 
+#include <QApplication>
+#include <QLineEdit>
 #include <QPushButton>
+#include <QTest>
 #include <QTextEdit>
 #include <QTreeView>
 
@@ -36,8 +39,6 @@ TEST(SelEllipsoidDlg, PresetIgnoresCaseAndReturnsTheStoredName) {
     EXPECT_EQ(dialog.GetInfoText(), full.mid(full.indexOf(QLatin1Char('\n')) + 1));
     EXPECT_EQ(shownText(dialog),
               QString(full).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
-    EXPECT_TRUE(dialog.findChild<QTreeView*>(QStringLiteral("tree"))->hasFocus() ||
-                !dialog.isVisible());
 }
 
 TEST(SelEllipsoidDlg, UnknownOrEmptyPresetSelectsTheFirstByName) {
@@ -108,4 +109,23 @@ TEST(SelEllipsoidDlg, FilterFindsByNameOrCode) {
     EXPECT_EQ(tree->Proxy().rowCount(), all);
     EXPECT_EQ(dialog.GetSelName(), QStringLiteral("WGS 84"));
     EXPECT_TRUE(okEnabled(dialog));
+}
+
+// The tree has the focus when the picker opens; Ctrl+F reaches the filter field and Down goes
+// back into the tree.
+TEST(SelEllipsoidDlg, CtrlFReachesTheFilterAndDownTheTree) {
+    TestEditorOwner owner;
+    SelEllipsoidDlg dialog(&owner);
+    dialog.show();
+    QApplication::setActiveWindow(&dialog);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    auto* tree = dialog.findChild<QTreeView*>(QStringLiteral("tree"));
+    auto* filter = dialog.findChild<QLineEdit*>(QStringLiteral("filterEdit"));
+    EXPECT_TRUE(tree->hasFocus());
+    QTest::keyClick(tree, Qt::Key_F, Qt::ControlModifier);
+    EXPECT_TRUE(filter->hasFocus());
+    QTest::keyClicks(filter, QStringLiteral("clarke"));
+    EXPECT_TRUE(dialog.GetSelName().startsWith(QStringLiteral("Clarke")));
+    QTest::keyClick(filter, Qt::Key_Down);
+    EXPECT_TRUE(tree->hasFocus());
 }

@@ -2,6 +2,7 @@
 
 #include "engine/GeoCoordSys.h"
 #include "store/Records.h"
+#include "support/GtxFile.h"
 
 #include <QByteArray>
 #include <QString>
@@ -68,9 +69,5 @@ inline double Dms(double d, double m, double s) {
     const double sign = d < 0 ? -1.0 : 1.0;
     return sign * (std::abs(d) + m / 60.0 + s / 3600.0);
 }
-
-// Writes a .gtx grid: header, then rows from the south, west to east, big-endian.
-bool WriteGtx(const QString& path, double south, double west, double dlat, double dlon, int rows,
-              int cols, const std::vector<float>& values);
 
 } // namespace EngineTest

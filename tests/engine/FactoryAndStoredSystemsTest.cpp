@@ -115,7 +115,9 @@ TEST(CommonDataFolder, FromOrvIniAndUsedForModelFiles) {
 TEST(PreDefinedSystems, SampleAgreesWithProjWithinOneMillimetre) {
     std::unique_ptr<GeoStore> store = GeoStore::Open(TempDataFolder().dllType());
     ASSERT_TRUE(store);
-    const QList<StoredSystemRef> systems = PreDefinedSystems(*store);
+    QString error;
+    const QList<StoredSystemRef> systems = PreDefinedSystems(*store, &error);
+    EXPECT_TRUE(error.isEmpty()) << error.toStdString();
     ASSERT_GT(systems.size(), 1000);
     GeoCoordSys cs(std::move(store));
     int checked = 0, agree = 0, notImplemented = 0;

@@ -25,11 +25,13 @@ PJ_COORD Geocentric(const DtfRecord& dtf, double x, double y, double z, double t
     return c;
 }
 
+// A record of values given as published for the method (coordinate frame rotations in
+// their own convention); the record holds them in the position-vector sign.
 DtfRecord Dtf(int method, DtfValues values, unsigned char option = 0) {
     DtfRecord d;
     d.name = QStringLiteral("test dtf");
     d.methodIndex = method;
-    d.values = values;
+    d.values = DtfValuesInMethodSign(values, method);
     d.option = option;
     return d;
 }
@@ -47,6 +49,18 @@ TEST(Helmert, PositionVectorAndCoordinateFrameExamples) {
         EXPECT_NEAR(c.xyz.y, 255778.43, 0.01);
         EXPECT_NEAR(c.xyz.z, 5201387.75, 0.01);
     }
+}
+
+TEST(Helmert, CoordinateFrameStepTakesThePublishedRotations) {
+    // held in the position-vector sign, handed to PROJ in the method's own convention
+    DtfRecord held;
+    held.methodIndex = DTF_7_COORDINATE_FRAME;
+    held.values = {1, 2, 3, 0.5, -0.25, 0.125, 2.5};
+    const QString step = PipelineBuilder::HelmertStep(held);
+    EXPECT_TRUE(step.contains(u"+rx=-0.5 +ry=0.25 +rz=-0.125 +s=2.5")) << step.toStdString();
+    EXPECT_TRUE(step.endsWith(u"+convention=coordinate_frame"));
+    held.methodIndex = DTF_7_POSITION_VECTOR;
+    EXPECT_TRUE(PipelineBuilder::HelmertStep(held).contains(u"+rx=0.5 +ry=-0.25 +rz=0.125"));
 }
 
 TEST(Helmert, TimeDependentCoordinateFrameExample) {

@@ -187,8 +187,9 @@ TEST_F(SystemDb, CoordinateFrameValuesAreNormalisedFromMillimetresAndPpb) {
     const Dtf dtf = DtfByCode(9688);
     EXPECT_EQ(dtf.method, DTF_7_COORDINATE_FRAME);
     EXPECT_EQ(dtf.option, DTF_OPTION_PUBLISHED_TO_WGS84);
-    const double expected[7] = {0.06155,    -0.01087,   -0.04019, -0.0394924,
-                                -0.0327221, -0.0328979, -0.009994};
+    // the published coordinate frame rotations, held in the position-vector sign
+    const double expected[7] = {0.06155,   -0.01087,  -0.04019, 0.0394924,
+                                0.0327221, 0.0328979, -0.009994};
     for (int i = 0; i < 7; ++i)
         EXPECT_NEAR(dtf.v[i], expected[i], 1e-12) << "value " << i;
     EXPECT_EQ(dtf.dstEllipsoid, QStringLiteral("GRS 1980"));
@@ -208,9 +209,10 @@ TEST_F(SystemDb, TimeDependentTransformationKeepsRatesPerYearAndItsEpoch) {
     EXPECT_NEAR(dtf.v[0], 0.06155, 1e-12);
     EXPECT_NEAR(dtf.v[6], -0.009994, 1e-12);
     EXPECT_NEAR(dtf.v[7], 0.0, 1e-15);
-    EXPECT_NEAR(dtf.v[10], -0.00150379, 1e-12);
-    EXPECT_NEAR(dtf.v[11], -0.00118346, 1e-12);
-    EXPECT_NEAR(dtf.v[12], -0.00120716, 1e-12);
+    // rotation rates published for coordinate frame, held in the position-vector sign
+    EXPECT_NEAR(dtf.v[10], 0.00150379, 1e-12);
+    EXPECT_NEAR(dtf.v[11], 0.00118346, 1e-12);
+    EXPECT_NEAR(dtf.v[12], 0.00120716, 1e-12);
     EXPECT_NEAR(dtf.v[13], 0.0, 1e-15);
     EXPECT_DOUBLE_EQ(dtf.v[14], 2020.0);
     // Without an observation time the transformation is applied at its epoch.
@@ -451,3 +453,63 @@ TEST_F(SystemDb, ReadOnlySystemsOfferTheWizardsGeoidMethods) {
 }
 
 } // namespace
+
+TEST_F(SystemDb, SystemsStoreTheBestCurrentTransformationOfTheirArea) {
+    auto stored = [](int crs) {
+        return One(QStringLiteral("SELECT d.epsg_code FROM coordsys c JOIN dtf d ON d.name = "
+                                  "c.dtf_name WHERE c.epsg_code = %1")
+                       .arg(crs))
+            .toInt();
+    };
+    // (1) and (2) are superseded in the supersession table, (3) by (4) in its remark.
+    EXPECT_EQ(stored(28992), 4833); // Amersfoort / RD New: Amersfoort to WGS 84 (4)
+    // No transformation covers the offshore part; (6) and (1) overlap most, (6) is 2 m.
+    EXPECT_EQ(stored(27700), 1314); // OSGB36 / British National Grid
+    // The 10 m transformation covering the whole zone, not the 1 m one of the North Sea.
+    EXPECT_EQ(stored(23031), 1133); // ED50 / UTM zone 31N: ED50 to WGS 84 (1)
+    // Every Helmert transformation of CH1903 is superseded by a grid: no pre-defined system.
+    EXPECT_EQ(Count(QStringLiteral("coordsys"), QStringLiteral("epsg_code = 21781")), 0);
+
+    // The superseded transformations stay for users to pick, and say so.
+    const Dtf old = DtfByCode(1112);
+    EXPECT_EQ(old.name, QStringLiteral("Amersfoort to WGS 84 (1)"));
+    EXPECT_TRUE(One(QStringLiteral("SELECT description FROM dtf WHERE epsg_code = 1112"))
+                    .toString()
+                    .startsWith(QStringLiteral("Superseded by Amersfoort to WGS 84 (2) (EPSG "
+                                               "1672).")));
+    EXPECT_TRUE(One(QStringLiteral("SELECT description FROM dtf WHERE epsg_code = 15934"))
+                    .toString()
+                    .startsWith(QStringLiteral("Superseded by Amersfoort to WGS 84 (4) (EPSG "
+                                               "4833).")));
+}
+
+TEST_F(SystemDb, NoSystemStoresADeprecatedOrSupersededTransformation) {
+    // Checked against proj.db itself, not against what the importer wrote.
+    QSet<int> stored;
+    for (const QVariantList& row :
+         Rows(QStringLiteral("SELECT DISTINCT d.epsg_code FROM coordsys c JOIN dtf d ON d.name "
+                             "= c.dtf_name WHERE d.epsg_code <> 0")))
+        stored.insert(row.first().toInt());
+    ASSERT_GT(stored.size(), 200);
+    const QString connection = QStringLiteral("system-db-test-proj");
+    QStringList bad;
+    {
+        QSqlDatabase proj = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
+        proj.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
+        proj.setDatabaseName(QStringLiteral("/usr/share/proj/proj.db"));
+        ASSERT_TRUE(proj.open());
+        QSqlQuery q(proj);
+        ASSERT_TRUE(q.exec(QStringLiteral(
+            "SELECT code, 'deprecated' FROM helmert_transformation_table WHERE auth_name = "
+            "'EPSG' AND deprecated = 1 UNION ALL SELECT superseded_code, 'superseded' FROM "
+            "supersession WHERE superseded_table_name = 'helmert_transformation' AND "
+            "superseded_auth_name = 'EPSG'")));
+        while (q.next()) {
+            if (stored.contains(q.value(0).toInt()))
+                bad << q.value(0).toString() + QLatin1Char(' ') + q.value(1).toString();
+        }
+        proj.close();
+    }
+    QSqlDatabase::removeDatabase(connection);
+    EXPECT_TRUE(bad.isEmpty()) << bad.join(QStringLiteral(", ")).toStdString();
+}

@@ -40,6 +40,29 @@ TEST_F(RealSystemDb, OffersTheUtmZonesAndTheMetre) {
                     .contains(QStringLiteral("6378137.0000 m")));
 }
 
+// Coordinate frame rotations are held in the position-vector sign and printed as EPSG
+// publishes them (EPSG 9688: rx = -0.0394924", rate of rz in EPSG 9686 = -0.00120716"/year).
+TEST_F(RealSystemDb, CoordinateFrameRotationsAreHeldInThePositionVectorSign) {
+    QString method;
+    DtfValues values{};
+    std::array<double, 2> further{}, trailing{};
+    unsigned char option = 0;
+    ASSERT_TRUE(m_db->GetDtfParameters(QStringLiteral("GDA94 to WGS 84 (2)"), method, values,
+                                       further, option, trailing));
+    EXPECT_EQ(method, QStringLiteral("Coordinate Frame (7 parameters)"));
+    EXPECT_DOUBLE_EQ(values[3], 0.0394924);
+    EXPECT_DOUBLE_EQ(values[6], -0.009994); // the scale keeps its sign
+    QString text;
+    m_db->GetDtfInfoText(text, QStringLiteral("GDA94 to WGS 84 (2)"));
+    EXPECT_TRUE(text.contains(QStringLiteral("\t\tRotation X: -0.039492 \"\r\n")));
+
+    ASSERT_TRUE(m_db->GetDtfParameters(QStringLiteral("GDA94 to WGS 84 (G1762) (1)"), method,
+                                       values, further, option, trailing));
+    EXPECT_DOUBLE_EQ(values[12], 0.00120716);
+    m_db->GetDtfInfoText(text, QStringLiteral("GDA94 to WGS 84 (G1762) (1)"));
+    EXPECT_TRUE(text.contains(QStringLiteral("\t\tRotation Z rate: -0.00120716 \"/year\r\n")));
+}
+
 TEST_F(RealSystemDb, EveryStoredSystemResolvesAllItsParts) {
     auto store = GeoStore::Open(m_dllType);
     ASSERT_NE(store, nullptr);

@@ -333,7 +333,10 @@ TEST_F(StoreSave, RemovingIsRefusedForPredefinedUnknownAndUsedSystems) {
 }
 
 TEST_F(StoreSave, AddUnitRefusesBadNamesAndFactors) {
-    EXPECT_FALSE(m_db->AddUnit(QString(), 1.0, QStringLiteral("x")));
+    // An empty name is a name like any other: stored once, then refused as existing.
+    ASSERT_TRUE(m_db->AddUnit(QString(), 1.0, QString())) << m_db->LastError().toStdString();
+    EXPECT_TRUE(m_db->UnitNameExists(QStringLiteral(""), GEODB_USER));
+    EXPECT_FALSE(m_db->AddUnit(QStringLiteral(""), 2.0, QStringLiteral("x")));
     EXPECT_FALSE(m_db->AddUnit(QStringLiteral("meters"), 1.0, QStringLiteral("m")));
     EXPECT_TRUE(m_db->LastError().contains(QStringLiteral("already exists")));
     for (double bad : {0.0, -1.0, std::nan(""), HUGE_VAL})

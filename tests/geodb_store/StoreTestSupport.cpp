@@ -4,6 +4,7 @@
 #include "store/Schema.h"
 
 #include <QDir>
+#include <QFile>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlRecord>
@@ -251,10 +252,69 @@ QString DumpDatabase(const QString& path) {
     return out;
 }
 
+namespace FileDamage {
+
+int PageSize(const QString& path) {
+    ScratchConnection c(path);
+    QSqlQuery q(c.db());
+    return q.exec(QStringLiteral("PRAGMA page_size")) && q.next() ? q.value(0).toInt() : 0;
+}
+
+QList<int> LeafPages(const QString& path, const QString& table) {
+    ScratchConnection c(path);
+    QSqlQuery q(c.db());
+    QList<int> pages;
+    q.prepare(QStringLiteral("SELECT pageno FROM dbstat WHERE name = ? AND pagetype = 'leaf' "
+                             "ORDER BY path"));
+    q.addBindValue(table);
+    if (q.exec()) {
+        while (q.next())
+            pages << q.value(0).toInt();
+    }
+    return pages;
+}
+
+bool Overwrite(const QString& path, qint64 offset, const QByteArray& bytes) {
+    QFile f(path);
+    return f.open(QIODevice::ReadWrite) && f.seek(offset) && f.write(bytes) == bytes.size();
+}
+
+bool ZeroPages(const QString& path, const QList<int>& pages) {
+    const int size = PageSize(path);
+    if (size <= 0)
+        return false;
+    for (int page : pages) {
+        if (!Overwrite(path, qint64(page - 1) * size, QByteArray(size, '\0')))
+            return false;
+    }
+    return true;
+}
+
+bool BumpChangeCounter(const QString& path) {
+    // Bytes 24 to 27 of the header: the file change counter, big-endian.
+    QFile f(path);
+    if (!f.open(QIODevice::ReadWrite) || !f.seek(24))
+        return false;
+    QByteArray counter = f.read(4);
+    if (counter.size() != 4)
+        return false;
+    quint32 value = (quint32(quint8(counter[0])) << 24) | (quint32(quint8(counter[1])) << 16) |
+                    (quint32(quint8(counter[2])) << 8) | quint32(quint8(counter[3]));
+    ++value;
+    for (int i = 0; i < 4; ++i)
+        counter[i] = char((value >> (8 * (3 - i))) & 0xff);
+    return f.seek(24) && f.write(counter) == 4;
+}
+
+} // namespace FileDamage
+
 MiniStore::MiniStore() {
     QString error;
     m_ok = m_dir.isValid() && CreateSchemaFile(systemDbPath()) &&
-           ExecOn(systemDbPath(), MiniContents(), &error);
+           ExecOn(systemDbPath(),
+                  QStringList{QStringLiteral("BEGIN")} + MiniContents() +
+                      QStringList{QStringLiteral("COMMIT")},
+                  &error);
     if (!error.isEmpty())
         qWarning("%s", qPrintable(error));
 }

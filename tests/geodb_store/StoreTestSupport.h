@@ -50,6 +50,20 @@ QString DumpDatabase(const QString& path);
 // Runs statements on a SQLite file through a short-lived connection of its own.
 bool ExecOn(const QString& path, const QStringList& statements, QString* error = nullptr);
 
+// Damage done to a SQLite file the way a disk or a copy does it.
+namespace FileDamage {
+// The page size and the leaf pages of a table or index (1-based page numbers), from dbstat.
+int PageSize(const QString& path);
+QList<int> LeafPages(const QString& path, const QString& table);
+// Overwrites bytes in place (the file keeps its size).
+bool Overwrite(const QString& path, qint64 offset, const QByteArray& bytes);
+// Overwrites whole pages with zeros.
+bool ZeroPages(const QString& path, const QList<int>& pages);
+// Raises the file change counter, so that connections open on the file read it again
+// instead of answering from their page cache (as after a change by another process).
+bool BumpChangeCounter(const QString& path);
+} // namespace FileDamage
+
 // Fills a static-data record with a new system: new datum transformation (7 values),
 // new Transverse Mercator projection and new unit, all named after the system.
 void FillNewSystem(OrvGeoStaticDataBase& sd, const QString& group, const QString& name);

@@ -219,3 +219,66 @@ TEST_F(FileObjectTest, FailedSaveLeavesFileAndItemsAsTheyWere) {
     QFile::setPermissions(folder,
                           QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
 }
+
+TEST_F(FileObjectTest, ALatin1FileKeepsItsLastByteAndItsEncoding) {
+    // The last value has no line end after it and ends in a letter that is not ASCII.
+    const QString path = write("[S]\r\nk=Caf\xe9", QStringLiteral("latin.ini"));
+    FileObject ini;
+    ASSERT_TRUE(ini.FileOpen(path, FileObject::Read));
+    EXPECT_EQ(item(ini, QStringLiteral("S"), QStringLiteral("k")), u"Café");
+    ASSERT_TRUE(ini.SetItem(QStringLiteral("S"), QStringLiteral("town"), QStringLiteral("Kåge")));
+    EXPECT_EQ(read(path), QByteArray("[S]\r\nk=Caf\xe9\r\ntown=K\xe5ge"));
+}
+
+TEST_F(FileObjectTest, EveryValueReadsBackAsItWasSet) {
+    const QStringList values{
+        QStringLiteral("Ã©"), // Latin-1 bytes C3 A9: valid UTF-8 for "é"
+        QStringLiteral("é"),
+        QStringLiteral("  outer blanks  "),
+        QStringLiteral("\"quoted\""),
+        QStringLiteral("\""),
+        QStringLiteral("a=b;c#d[e]"),
+        QStringLiteral(";starts like a comment"),
+        QString(),
+        QStringLiteral("\u00a0no-break\u00a0"),
+        QStringLiteral("tab\tinside"),
+        QStringLiteral("C:\\ProgramData\\ORV\\"),
+        QStringLiteral("Ω and 𝔘"), // beyond Latin-1
+    };
+    for (const QByteArray& start :
+         {QByteArray("[S]\nk=Gr\xfc\xdf\n"), QByteArray("[S]\nk=x"),
+          QByteArray("[S]\nk=Gr\xc3\xbc\xc3\x9f\n"), QByteArray("\xef\xbb\xbf[S]\nk=x\n")}) {
+        for (const QString& value : values) {
+            const QString path = write(start, QStringLiteral("round.ini"));
+            FileObject ini;
+            ASSERT_TRUE(ini.FileOpen(path, FileObject::Read));
+            // The item that made the file Latin-1 is the one replaced.
+            ASSERT_TRUE(ini.SetItem(QStringLiteral("S"), QStringLiteral("k"), value));
+            ASSERT_TRUE(ini.SetItem(QStringLiteral("T"), QStringLiteral("second"), value));
+            FileObject back;
+            ASSERT_TRUE(back.FileOpen(path, FileObject::Read));
+            EXPECT_EQ(item(back, QStringLiteral("S"), QStringLiteral("k")), value)
+                << start.toStdString() << " / " << value.toStdString();
+            EXPECT_EQ(item(back, QStringLiteral("T"), QStringLiteral("second")), value);
+            // Latin-1 stays Latin-1 while the values allow it.
+            if (start.contains('\xfc') && value != QStringLiteral("Ω and 𝔘")) {
+                EXPECT_TRUE(QString::fromLatin1(read(path)).contains(value)) << value.toStdString();
+            }
+        }
+    }
+}
+
+TEST_F(FileObjectTest, TextWithALoneSurrogateIsRefused) {
+    // Found by the fuzz harness IniFile: such a value was written as U+FFFD and read back
+    // as another text.
+    const QString path = write("[S]\nk=v\n", QStringLiteral("surrogate.ini"));
+    FileObject ini;
+    ASSERT_TRUE(ini.FileOpen(path, FileObject::Read));
+    const QString lone = QStringLiteral("a") + QChar(char16_t(0xd900)) + QStringLiteral("b");
+    EXPECT_FALSE(ini.SetItem(QStringLiteral("S"), QStringLiteral("k"), lone));
+    EXPECT_FALSE(ini.SetItem(lone, QStringLiteral("k"), QStringLiteral("v")));
+    EXPECT_FALSE(ini.SetItem(QStringLiteral("S"), lone, QStringLiteral("v")));
+    EXPECT_EQ(read(path), QByteArray("[S]\nk=v\n"));
+    // A surrogate pair is a letter like any other.
+    EXPECT_TRUE(ini.SetItem(QStringLiteral("S"), QStringLiteral("k"), QStringLiteral("𝔘")));
+}

@@ -113,6 +113,29 @@ TEST_F(Exchange, TheRotationSignFlipsWhatIsShownNotWhatIsStored) {
     EXPECT_EQ(page.rotationEdit->text(), QStringLiteral("0.000000"));
 }
 
+// A shown text rounds the value behind it; saving an untouched text must not round the
+// value (a datum transformation read back would otherwise count as changed).
+TEST_F(Exchange, AnUntouchedTextKeepsTheValueItRounds) {
+    setRotationSign(-1.0);
+    page.shift = 0.06155123;
+    page.rotation = 0.0394924;
+    page.rate = 0.000000001234;
+    ASSERT_TRUE(page.UpdateData(false));
+    EXPECT_EQ(page.shiftEdit->text(), QStringLiteral("0.061551"));
+    EXPECT_EQ(page.rotationEdit->text(), QStringLiteral("-0.039492"));
+    ASSERT_TRUE(page.UpdateData(true));
+    EXPECT_EQ(page.shift, 0.06155123);
+    EXPECT_EQ(page.rotation, 0.0394924);
+    EXPECT_EQ(page.rate, 0.000000001234);
+
+    // a text typed again, even the same digits with blanks, is read
+    page.shiftEdit->setText(QStringLiteral("0.061551 "));
+    page.rotationEdit->setText(QStringLiteral("-0.039492"));
+    ASSERT_TRUE(page.UpdateData(true));
+    EXPECT_EQ(page.shift, 0.061551);
+    EXPECT_EQ(page.rotation, 0.0394924); // the text was left as shown
+}
+
 TEST_F(Exchange, SavingReadsEveryControl) {
     page.UpdateData(false);
     page.nameEdit->setText(QStringLiteral("renamed"));

@@ -177,6 +177,8 @@ TEST_F(OpenWizard, TheLaterButtonRequestWins) {
 }
 
 TEST_F(OpenWizard, MovingOntoTheLastPageShowsFinish) {
+    // The save page (second to last) moves on only with a group to save in.
+    wizard.SetGroupsAllowed(GEODB_SYSTEM);
     open();
     const int count = wizard.GetPageCount();
     wizard.SetActivePage(count - 3);

@@ -34,6 +34,23 @@ bool Box::Intersects(const Box& other) const {
     return false;
 }
 
+bool Box::Contains(const Box& other) const {
+    // EPSG gives extents to a hundredth of a degree; a rounding difference is no gap.
+    constexpr double Slack = 1e-6;
+    if (!valid || !other.valid || other.south < south - Slack || other.north > north + Slack)
+        return false;
+    const auto mine = Intervals();
+    for (const auto& theirs : other.Intervals()) {
+        const bool covered = std::any_of(mine.begin(), mine.end(), [&](const auto& interval) {
+            return interval.first <= theirs.first + Slack &&
+                   theirs.second <= interval.second + Slack;
+        });
+        if (!covered)
+            return false;
+    }
+    return true;
+}
+
 QList<std::pair<double, double>> Box::Intervals() const {
     if (west <= east)
         return {{west, east}};

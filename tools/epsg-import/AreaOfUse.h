@@ -17,6 +17,8 @@ struct Box {
     // containment still counts for them.
     double OverlapArea(const Box& other) const;
     bool Intersects(const Box& other) const;
+    // True when other lies wholly inside this box (both valid).
+    bool Contains(const Box& other) const;
     QList<std::pair<double, double>> Intervals() const;
 };
 

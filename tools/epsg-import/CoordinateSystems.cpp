@@ -117,6 +117,14 @@ bool Write(ImportSession& session, const DatumTable& datums, const UsageTable& u
             continue;
         }
         const AreaOfUse use = usages.Of(UsageTable::Kind::ProjectedCrs, code);
+        // A datum whose every Helmert transformation EPSG has replaced (by a grid, say) gets
+        // no pre-defined system: a superseded transformation is no choice to sign.
+        const DtfCandidate* dtf = DatumTransformations::Choose(candidates, use.box);
+        if (!dtf) {
+            ++counts.skippedSystems;
+            ++counts.systemsWithoutCurrentDtf;
+            continue;
+        }
 
         // EPSG's own UTM conversions use the system's UTM zone projections.
         QString projection, zoneText, hemisphereText;
@@ -139,8 +147,6 @@ bool Write(ImportSession& session, const DatumTable& datums, const UsageTable& u
         const qint64 groupId = groups.IdOf(EpsgValues::GroupOfArea(use.area));
         if (groupId < 0)
             return false;
-
-        const DtfCandidate* dtf = DatumTransformations::Choose(candidates, use.box);
         const QString name = unique.Unique(q.value(1).toString(), code);
         BindNameAndKey(ins, name);
         ins.addBindValue(groupId);

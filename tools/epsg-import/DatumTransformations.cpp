@@ -9,11 +9,14 @@
 
 #include "api/GeoTypes.h"
 
+#include <QHash>
+#include <QRegularExpression>
 #include <QVariant>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 using namespace EpsgCodes;
 using EpsgValues::NotNull;
@@ -88,7 +91,78 @@ std::optional<DtfValues> ValuesOf(const QSqlQuery& q, const UnitTable& units) {
     return v;
 }
 
+// The operations that replace a Helmert transformation, by the code of the one replaced:
+// proj.db's supersession table, and EPSG's remark "Replaced by <name> (code <n>)." where the
+// table lacks it (Amersfoort to WGS 84 (3) is replaced by (4) only in its remark). A
+// replacement that is itself deprecated replaces nothing.
+struct Replacement {
+    int code = 0;
+    QString name;
+};
+
+class Supersession {
+public:
+    bool Load(ImportSession& session) {
+        QSqlQuery q = session.SourceQuery();
+        // Operation codes are unique across the four operation tables.
+        if (!session.Select(
+                q, QStringLiteral("SELECT code, name, deprecated FROM helmert_transformation_table "
+                                  "WHERE auth_name = 'EPSG' UNION ALL SELECT code, name, "
+                                  "deprecated FROM grid_transformation WHERE auth_name = 'EPSG' "
+                                  "UNION ALL SELECT code, name, deprecated FROM "
+                                  "other_transformation WHERE auth_name = 'EPSG' UNION ALL "
+                                  "SELECT code, name, deprecated FROM concatenated_operation "
+                                  "WHERE auth_name = 'EPSG'")))
+            return false;
+        while (q.next()) {
+            if (q.value(2).toInt() == 0)
+                m_current.insert(q.value(0).toInt(), q.value(1).toString());
+        }
+        if (!session.Select(q, QStringLiteral("SELECT superseded_code, replacement_code FROM "
+                                              "supersession WHERE superseded_table_name = "
+                                              "'helmert_transformation' AND superseded_auth_name = "
+                                              "'EPSG' AND replacement_auth_name = 'EPSG'")))
+            return false;
+        while (q.next())
+            Add(q.value(0).toInt(), q.value(1).toInt());
+        return true;
+    }
+
+    // The replacement named by the remarks, when the table has none.
+    void AddFromRemarks(int code, const QString& remarks) {
+        static const QRegularExpression replaced(
+            QStringLiteral("(?:^|\\.\\s+)Replaced by [^.]*?\\((?:tfm )?code (\\d+)\\)"));
+        const QRegularExpressionMatch m = replaced.match(remarks);
+        if (m.hasMatch() && !m_replacements.contains(code))
+            Add(code, m.captured(1).toInt());
+    }
+
+    std::optional<Replacement> Of(int code) const {
+        const auto it = m_replacements.constFind(code);
+        if (it == m_replacements.cend())
+            return std::nullopt;
+        return *it;
+    }
+
+private:
+    void Add(int code, int replacement) {
+        if (replacement != code && m_current.contains(replacement) &&
+            !m_replacements.contains(code))
+            m_replacements.insert(code, Replacement{replacement, m_current.value(replacement)});
+    }
+    QHash<int, QString> m_current; // operations not deprecated: code -> name
+    QHash<int, Replacement> m_replacements;
+};
+
 } // namespace
+
+int VariantOf(const QString& name, QString* family) {
+    static const QRegularExpression variant(QStringLiteral("^(.*\\S)\\s*\\((\\d+)\\)$"));
+    const QRegularExpressionMatch m = variant.match(name);
+    if (family)
+        *family = m.hasMatch() ? m.captured(1) : name;
+    return m.hasMatch() ? m.captured(2).toInt() : 0;
+}
 
 int MethodIndexOf(int epsgMethod) {
     switch (epsgMethod) {
@@ -134,6 +208,10 @@ bool Write(ImportSession& session, const UnitTable& units, const DatumTable& dat
     if (!Insert(session, ins, wgs))
         return false;
 
+    Supersession supersession;
+    if (!supersession.Load(session))
+        return false;
+
     QSqlQuery q = session.SourceQuery();
     if (!session.Select(
             q, QStringLiteral("SELECT code, name, description, method_code, source_crs_code, "
@@ -172,7 +250,8 @@ bool Write(ImportSession& session, const UnitTable& units, const DatumTable& dat
         r.name = unique.Unique(q.value(1).toString(), r.code);
         r.dstEllipsoid = names.ellipsoids.value(local.ellipsoid);
         r.method = method;
-        r.values = *values;
+        // held in the position-vector sign: coordinate frame rotations as published, negated
+        r.values = DtfValuesInMethodSign(*values, method);
         r.accuracy = q.value(6).isNull() ? 0 : q.value(6).toDouble();
         // Local -> WGS 84 as published is applied inverted by the engine, which agrees with
         // EPSG exactly (negated values would not).
@@ -180,42 +259,72 @@ bool Write(ImportSession& session, const UnitTable& units, const DatumTable& dat
         // A point without a time of its own is transformed at the reference epoch.
         if (method == DTF_15_POSITION_VECTOR || method == DTF_15_COORDINATE_FRAME)
             r.obsEpoch = r.values[14];
-        r.description = EpsgValues::JoinTexts(use.scope, q.value(2).toString());
+        const QString remarks = q.value(2).toString();
+        supersession.AddFromRemarks(r.code, remarks);
+        const std::optional<Replacement> replacement = supersession.Of(r.code);
+        r.description = EpsgValues::JoinTexts(use.scope, remarks);
+        if (replacement)
+            r.description = EpsgValues::JoinTexts(QStringLiteral("Superseded by %1 (EPSG %2).")
+                                                      .arg(replacement->name)
+                                                      .arg(replacement->code),
+                                                  r.description);
         r.extra = use.area;
         r.localDatum = local.name;
         if (!Insert(session, ins, r))
             return false;
-        names.dtfsByDatum[localCode].append(DtfCandidate{r.name, r.accuracy, r.code, use.box});
+        DtfCandidate candidate;
+        candidate.name = r.name;
+        candidate.accuracy = r.accuracy;
+        candidate.code = r.code;
+        candidate.box = use.box;
+        candidate.superseded = replacement.has_value();
+        candidate.variant = VariantOf(q.value(1).toString(), &candidate.family);
+        names.dtfsByDatum[localCode].append(candidate);
+        if (candidate.superseded)
+            ++session.Counts().supersededDtfs;
     }
-    names.dtfsByDatum[DatumWgs84].append(DtfCandidate{wgs.name, 0, 0, {}});
+    DtfCandidate identity;
+    identity.name = wgs.name;
+    names.dtfsByDatum[DatumWgs84].append(identity);
     return true;
 }
 
 const DtfCandidate* Choose(const QList<DtfCandidate>& candidates, const Box& area) {
     struct Rank {
-        bool meets;
+        bool contains;
         double overlap;
         double accuracy;
-        int code;
     };
     auto rankOf = [&](const DtfCandidate& c) {
-        return Rank{c.box.Intersects(area), c.box.OverlapArea(area),
-                    c.accuracy > 0 ? c.accuracy : std::numeric_limits<double>::infinity(), c.code};
+        return Rank{c.box.Contains(area), c.box.OverlapArea(area),
+                    c.accuracy > 0 ? c.accuracy : std::numeric_limits<double>::infinity()};
     };
-    auto better = [](const Rank& a, const Rank& b) {
-        if (a.meets != b.meets)
-            return a.meets;
-        if (std::abs(a.overlap - b.overlap) > 0.01 * std::max(a.overlap, b.overlap))
-            return a.overlap > b.overlap;
-        if (a.accuracy != b.accuracy)
-            return a.accuracy < b.accuracy;
-        return a.code < b.code;
+    // Newer: a later variant of the same source and target, else the later code.
+    auto newer = [](const DtfCandidate& a, const DtfCandidate& b) {
+        if (a.variant > 0 && b.variant > 0 && a.family == b.family && a.variant != b.variant)
+            return a.variant > b.variant;
+        return a.code > b.code;
+    };
+    auto better = [&](const DtfCandidate& a, const Rank& ra, const DtfCandidate& b,
+                      const Rank& rb) {
+        if (ra.contains != rb.contains)
+            return ra.contains;
+        // A transformation better for part of the area is no reason to leave one that
+        // covers all of it; only without such a one does the overlap count.
+        if (!ra.contains &&
+            std::abs(ra.overlap - rb.overlap) > 0.01 * std::max(ra.overlap, rb.overlap))
+            return ra.overlap > rb.overlap;
+        if (ra.accuracy != rb.accuracy)
+            return ra.accuracy < rb.accuracy;
+        return newer(a, b);
     };
     const DtfCandidate* best = nullptr;
     Rank bestRank{};
     for (const DtfCandidate& c : candidates) {
+        if (c.superseded)
+            continue;
         const Rank rank = rankOf(c);
-        if (!best || better(rank, bestRank)) {
+        if (!best || better(c, rank, *best, bestRank)) {
             best = &c;
             bestRank = rank;
         }

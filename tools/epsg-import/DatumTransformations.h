@@ -20,10 +20,16 @@ int MethodIndexOf(int epsgMethod);
 bool Write(ImportSession& session, const UnitTable& units, const DatumTable& datums,
            const UsageTable& usages, ImportedNames& names);
 
-// The transformation of a system, ranked as PROJ ranks the candidates for an area of
-// interest: those whose area of use meets the system's first, then the larger overlap
-// (areas within 1 % count as equal), then the better published accuracy (unknown last),
-// then the lower EPSG code. Null when there are no candidates.
+// The transformation of a system with the area of use area, as a geodesist chooses it:
+// superseded candidates are left out; among the rest those whose area of use contains the
+// system's come first, the best (smallest) published accuracy among them (unknown last),
+// then the newest (the higher variant number of the same source and target, else the
+// higher EPSG code). When none contains the area, the larger overlap of the two areas comes
+// first (overlaps within 1 % count as equal), then accuracy, then the newest. Null when no
+// candidate is current.
 const DtfCandidate* Choose(const QList<DtfCandidate>& candidates, const Box& area);
+
+// The variant number and the name without it: "ED50 to WGS 84 (18)" -> 18, "ED50 to WGS 84".
+int VariantOf(const QString& name, QString* family = nullptr);
 
 } // namespace DatumTransformations

@@ -4,6 +4,7 @@
 #include "ImportSteps.h"
 
 #include "store/Schema.h"
+#include "store/StoreSql.h"
 
 #include <QDir>
 #include <QFile>
@@ -40,9 +41,11 @@ bool EpsgImporter::Run(const QString& projDbPath, const QString& outPath) {
         QSqlDatabase dst = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), dstConnection);
         dst.setDatabaseName(tempPath);
         if (!src.open()) {
-            m_error = QStringLiteral("cannot open %1: %2").arg(projDbPath, src.lastError().text());
+            m_error = QStringLiteral("cannot open %1: %2")
+                          .arg(projDbPath, StoreSql::ErrorText(src.lastError()));
         } else if (!dst.open()) {
-            m_error = QStringLiteral("cannot create %1: %2").arg(tempPath, dst.lastError().text());
+            m_error = QStringLiteral("cannot create %1: %2")
+                          .arg(tempPath, StoreSql::ErrorText(dst.lastError()));
         } else {
             {
                 // The file is thrown away on failure, so it needs no journal of its own.
@@ -51,7 +54,8 @@ bool EpsgImporter::Run(const QString& projDbPath, const QString& outPath) {
                 pragma.exec(QStringLiteral("PRAGMA synchronous = OFF"));
             }
             if (!dst.transaction()) {
-                m_error = QStringLiteral("cannot start writing: %1").arg(dst.lastError().text());
+                m_error = QStringLiteral("cannot start writing: %1")
+                              .arg(StoreSql::ErrorText(dst.lastError()));
             } else if (QString schemaError; !OrvSchema::Create(dst, &schemaError)) {
                 m_error = QStringLiteral("cannot create the schema: %1").arg(schemaError);
                 dst.rollback();
@@ -64,7 +68,8 @@ bool EpsgImporter::Run(const QString& projDbPath, const QString& outPath) {
                 }
             }
             if (ok && !dst.commit()) {
-                m_error = QStringLiteral("cannot commit: %1").arg(dst.lastError().text());
+                m_error =
+                    QStringLiteral("cannot commit: %1").arg(StoreSql::ErrorText(dst.lastError()));
                 ok = false;
             }
         }

@@ -1,5 +1,7 @@
 #include "ImportSession.h"
 
+#include "store/StoreSql.h"
+
 #include <QSqlError>
 
 QSqlQuery ImportSession::PrepareInsert(const QString& sql) const {
@@ -16,7 +18,7 @@ bool ImportSession::Select(QSqlQuery& query, const QString& sql) {
 }
 
 bool ImportSession::Fail(const QString& what, const QSqlQuery& query) {
-    return Fail(QStringLiteral("%1: %2").arg(what, query.lastError().text()));
+    return Fail(QStringLiteral("%1: %2").arg(what, StoreSql::ErrorText(query.lastError())));
 }
 
 bool ImportSession::Fail(const QString& message) {

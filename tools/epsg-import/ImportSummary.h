@@ -11,6 +11,8 @@ struct ImportCounts {
     int systems = 0;
     int groups = 0;
     int skippedSystems = 0; // projected systems left out (no datum transformation, ...)
+    int supersededDtfs = 0; // datum transformations EPSG has replaced (kept, chosen by none)
+    int systemsWithoutCurrentDtf = 0; // left out: every transformation of the datum replaced
 };
 
 // The one line a successful run prints, e.g. "epsg-import: EPSG v10.076: 50 ellipsoids, ...

@@ -12,6 +12,13 @@ struct DtfCandidate {
     double accuracy = 0; // 0 unknown
     int code = 0;
     Box box;
+    // EPSG has replaced it by another operation: it stays for users to pick, but no
+    // pre-defined system takes it.
+    bool superseded = false;
+    // The variant number of an EPSG name "<source> to <target> (n)": a higher number of the
+    // same source and target is a later transformation. 0 when the name has none.
+    int variant = 0;
+    QString family; // the name without its variant number
 };
 
 // What the earlier steps wrote, by EPSG code: rows refer to each other by name, and the

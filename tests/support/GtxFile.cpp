@@ -1,11 +1,9 @@
-#include "EngineTestSupport.h"
+#include "support/GtxFile.h"
 
 #include <QDataStream>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-
-namespace EngineTest {
 
 bool WriteGtx(const QString& path, double south, double west, double dlat, double dlon, int rows,
               int cols, const std::vector<float>& values) {
@@ -22,5 +20,3 @@ bool WriteGtx(const QString& path, double south, double west, double dlat, doubl
         out << v;
     return out.status() == QDataStream::Ok;
 }
-
-} // namespace EngineTest
