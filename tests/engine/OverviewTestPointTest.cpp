@@ -148,7 +148,8 @@ TEST_F(OverviewTestPoint, GridValuesAreInTheSystemUnit) {
     EXPECT_NE(p.unit, QStringLiteral("m"));
 }
 
-// A 15-value transformation whose epoch is 0 converts, but is flagged; an epoch clears it.
+// A 15-value transformation whose epoch is 0 is flagged (the library refuses to use it, so no
+// point is converted); an epoch clears it.
 TEST_F(OverviewTestPoint, FifteenValuesWithEpochZeroAreFlagged) {
     LoadBng();
     sd->SetDtfName(QStringLiteral("OSGB36 rates"));
@@ -160,8 +161,6 @@ TEST_F(OverviewTestPoint, FifteenValuesWithEpochZeroAreFlagged) {
     EXPECT_TRUE(text.contains(QStringLiteral("Warning:The datum transformation \"OSGB36 rates\" "
                                              "has fifteen values but the epoch 0")))
         << text.toStdString();
-    TestPoint p;
-    EXPECT_TRUE(ReadTestPoint(text, p));
 
     values[14] = 2010.0;
     sd->SetDtfParameters(values, 0, 0, 0);
