@@ -22,7 +22,7 @@ constexpr int AngleDecimals = 9;
 
 enum class Role { Copy, Latitude, Longitude, Height, Easting, Northing, Z, Epoch };
 
-// What each column of a line holds, left to right; columns beyond the spec are copied.
+// What each column of a line holds, left to right; columns beyond those named are copied.
 struct ColumnSpec {
     std::vector<Role> roles;
     bool inverse = false; // grid coordinates in, WGS 84 out
