@@ -13,6 +13,7 @@
 #include "BatchConverter.h"
 #include "SystemExport.h"
 
+#include "api/OrvGeoFactories.h"
 #include "engine/GeoCoordSys.h"
 #include "store/GeoStore.h"
 
@@ -149,6 +150,39 @@ void BM_BareProjPipeline(benchmark::State& state) {
     state.SetItemsProcessed(int64_t(state.iterations()) * int64_t(PointCount));
 }
 BENCHMARK(BM_BareProjPipeline)->Unit(benchmark::kMillisecond);
+
+// One point at a time on the thread that created the object: a system defined from the store
+// (which follows edits saved to the user database) against the same system defined directly.
+void ForwardOnePointAtATime(benchmark::State& state, bool stored) {
+    QTemporaryDir dir;
+    std::unique_ptr<OrvGeoCoordSysBase> fromStore(
+        OrvGeoCoordSysList::GetCoordSysList().Create(QStringLiteral("sqlite:") + dir.path()));
+    const QString e;
+    if (!fromStore || !fromStore->DefineSystem(QStringLiteral("Europe"),
+                                               QStringLiteral("ED50 / UTM zone 31N"), e, e, e, e,
+                                               e, e, QStringLiteral("none"))) {
+        state.SkipWithError("the stored system cannot be defined");
+        return;
+    }
+    GeoCoordSys direct;
+    direct.Define(static_cast<GeoCoordSys&>(*fromStore).Definition());
+    OrvGeoCoordSysBase& cs = stored ? *fromStore : direct;
+    for (auto _ : state) {
+        GeoPoint p{52.5, 4.25, 12.5, 0};
+        benchmark::DoNotOptimize(cs.Forward(p));
+        benchmark::DoNotOptimize(p);
+    }
+}
+
+void BM_StoredSystemForward(benchmark::State& state) {
+    ForwardOnePointAtATime(state, true);
+}
+BENCHMARK(BM_StoredSystemForward);
+
+void BM_DefinedSystemForward(benchmark::State& state) {
+    ForwardOnePointAtATime(state, false);
+}
+BENCHMARK(BM_DefinedSystemForward);
 
 // The best CPU time of a few runs of single-threaded work: other load on the machine does
 // not count.
