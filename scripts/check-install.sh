@@ -7,7 +7,7 @@ set -euo pipefail
 
 ORV_ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 ORV_BUILD="${ORV_BUILD:-$ORV_ROOT/build}"
-scratch="$(mktemp -d)"
+scratch="$(cd "$(mktemp -d)" && pwd -P)"
 trap 'rm -rf "$scratch"' EXIT
 prefix="$scratch/prefix"
 

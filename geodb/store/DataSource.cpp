@@ -21,11 +21,13 @@ QString DataSource::DefaultSystemDbPath() {
     const QString fromEnv = qEnvironmentVariable("ORV_SYSTEM_DB");
     if (!fromEnv.isEmpty())
         return fromEnv;
-    // Beside the library: share/orv of its install prefix, or the build tree's data folder
-    // linked there. A missing file still names the place, so the failure says where it looked.
+    // Beside the library: share/orv of its install prefix, or in the build tree the link there
+    // to the generated file, which is named as itself. A missing file still names the place,
+    // so the failure says where it looked.
     const QString folder = InstallLayout::DataFolder();
     const QString path = QDir(folder).filePath(SystemDbName);
-    return QFileInfo::exists(path) ? QFileInfo(path).absoluteFilePath() : path;
+    const QString file = QFileInfo(path).canonicalFilePath();
+    return file.isEmpty() ? path : file;
 }
 
 std::optional<DataSource> DataSource::Resolve(const QString& dllType, QString* error) {

@@ -82,7 +82,7 @@ TEST(InstallLayout, DefaultSystemDatabase) {
     {
         ScopedEnv unset("ORV_SYSTEM_DB", std::nullopt);
         const QString found = DataSource::DefaultSystemDbPath();
-        EXPECT_EQ(Canonical(found), Canonical(TestSystemDbPath()));
+        EXPECT_EQ(found, Canonical(TestSystemDbPath()));
         const auto source = DataSource::Resolve(QStringLiteral("sqlite:/tmp/orv-layout"));
         ASSERT_TRUE(source);
         EXPECT_EQ(source->systemDbPath, found);
