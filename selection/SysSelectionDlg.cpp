@@ -173,8 +173,13 @@ void SysSelectionDlg::OnOK() {
     Dialog::OnOK();
 }
 
+void SysSelectionDlg::OfferAdd(bool offered) {
+    m_addOffered = offered;
+    m_ui->addButton->setVisible(offered);
+}
+
 void SysSelectionDlg::OnAdd() {
-    if (m_editFlag)
+    if (m_editFlag || !m_addOffered)
         return; // Add belongs to a dialog that does not change systems
     GeoWizard wizard(LoadOrvString(StrId::TitleHostWizard), nullptr, 0);
     wizard.SetDllType(m_dllType);

@@ -27,6 +27,9 @@ public:
     ~SysSelectionDlg() override;
 
     void SetDllType(QString dllType) { m_dllType = dllType; }
+    // A host that only reads (the calculator) leaves Add out: the button is hidden and the
+    // handler does nothing.
+    void OfferAdd(bool offered);
     // Set the selection and the host's current system.
     void SetGroupName(QString group);
     QString GetGroupName() const { return m_groupName; }
@@ -79,6 +82,7 @@ private:
     QPersistentModelIndex m_shown; // the item whose information the pane shows
     geodb_type m_scope;
     bool m_editFlag;
+    bool m_addOffered = true;
     QString m_dllType;
     QString m_groupName;
     QString m_systemName;
