@@ -15,6 +15,7 @@
 namespace {
 
 constexpr std::size_t ChunkSize = 4096;
+constexpr qint64 NsPerMs = 1000000;
 const QString NoneText = QStringLiteral("--None--");
 
 bool Converted(const GeoPoint& p) {
@@ -72,7 +73,8 @@ void GeoCoordSys::FollowStore() {
         return;
     // Asking SQLite costs twenty times a point's conversion: ask only when this process has
     // committed a write since, or when the interval for other processes' writes is up.
-    if (GeoStore::CommittedWrites() == m_seenWrites && !m_sinceCheck.hasExpired(m_storeCheckMs))
+    if (GeoStore::CommittedWrites() == m_seenWrites &&
+        (m_storeCheckMs < 0 || m_sinceCheck.nsecsElapsed() < m_storeCheckMs * NsPerMs))
         return;
     if (m_thread != QThread::currentThread())
         return;

@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QStringList>
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -54,7 +55,8 @@ public:
     // (0: every conversion; negative: never); writes of this process are seen at once,
     // whatever the interval.
     static constexpr qint64 DefaultStoreCheckMs = 250;
-    void SetStoreCheckInterval(qint64 ms) { m_storeCheckMs = ms; }
+    static constexpr qint64 MaxStoreCheckMs = qint64(1) << 40; // 35 years: ns fit in 64 bits
+    void SetStoreCheckInterval(qint64 ms) { m_storeCheckMs = std::min(ms, MaxStoreCheckMs); }
     // How often the system was read from the store: DefineSystem and each time it followed.
     quint64 StoreReads() const { return m_storeReads; }
 

@@ -155,6 +155,15 @@ TEST_F(StoreFollow, AnotherProcessesWriteIsSeenOnceTheIntervalIsUp) {
     EXPECT_EQ(cs().StoreReads(), 3u);
 }
 
+TEST_F(StoreFollow, AnIntervalOfZeroAsksOnEveryConversion) {
+    cs().SetStoreCheckInterval(0);
+    ForeignShift();
+    ExpectShifted(Forward());
+    ForeignWrite(m_folder.userDbPath(), QStringLiteral("UPDATE coordsys SET post_e = 0"));
+    EXPECT_EQ(Forward().x, m_before.x);
+    EXPECT_EQ(cs().StoreReads(), 3u);
+}
+
 TEST_F(StoreFollow, NothingIsReadAgainWhileNothingChanged) {
     cs().SetStoreCheckInterval(-1);
     constexpr int Calls = 1000;
