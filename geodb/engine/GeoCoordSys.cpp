@@ -15,6 +15,7 @@
 namespace {
 
 constexpr std::size_t ChunkSize = 4096;
+constexpr qint64 NsPerMs = 1000000;
 const QString NoneText = QStringLiteral("--None--");
 
 bool Converted(const GeoPoint& p) {
@@ -59,12 +60,30 @@ qint64 GeoCoordSys::UserDataVersion() const {
     return q.value(0).toLongLong();
 }
 
+void GeoCoordSys::NoteDataVersion() {
+    // The counter first: a write committed meanwhile is then either in the version read or
+    // makes the counter differ at the next conversion.
+    m_seenWrites = GeoStore::CommittedWrites();
+    m_sinceCheck.start();
+    m_dataVersion = UserDataVersion();
+}
+
 void GeoCoordSys::FollowStore() {
     if (m_storedArgs.size() != 9 || m_dataVersion < 0)
         return;
-    const qint64 version = UserDataVersion();
-    if (version < 0 || version == m_dataVersion)
+    // Asking SQLite costs twenty times a point's conversion: ask only when this process has
+    // committed a write since, or when the interval for other processes' writes is up.
+    if (GeoStore::CommittedWrites() == m_seenWrites &&
+        (m_storeCheckMs < 0 || m_sinceCheck.nsecsElapsed() < m_storeCheckMs * NsPerMs))
         return;
+    if (m_thread != QThread::currentThread())
+        return;
+    const qint64 definedAt = m_dataVersion;
+    NoteDataVersion();
+    if (m_dataVersion < 0 || m_dataVersion == definedAt) {
+        m_dataVersion = definedAt; // unknown now: keep following what it was defined at
+        return;
+    }
     const QStringList args = m_storedArgs;
     DefineSystem(args[0], args[1], args[2], args[3], args[4], args[5], args[6], args[7], args[8]);
 }
@@ -116,11 +135,12 @@ bool GeoCoordSys::DefineSystem(const QString& s1, const QString& s2, const QStri
                                const QString& s7, const QString& s8, const QString& s9) {
     // s5 is always empty and s9 "none"; all are kept to define the system again
     m_storedArgs = {s1, s2, s3, s4, s5, s6, s7, s8, s9};
-    m_dataVersion = UserDataVersion();
+    NoteDataVersion();
     if (!m_store) {
         m_error = QStringLiteral("No coordinate-system database is open.");
         return false;
     }
+    ++m_storeReads;
     QString why;
     std::optional<SystemDefinition> def = m_store->LoadDefinition(s1, s2, &why);
     if (!def) {

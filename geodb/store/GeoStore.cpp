@@ -21,6 +21,7 @@
 namespace {
 
 std::atomic<quint64> s_connectionCounter{0};
+std::atomic<quint64> s_committedWrites{0};
 
 QString NextConnectionName(const QString& kind) {
     return QStringLiteral("orv-%1-%2").arg(kind).arg(++s_connectionCounter);
@@ -163,8 +164,10 @@ bool CreateSchemaIfEmpty(QSqlDatabase& db, QString* reason) {
     bool ok = count >= 0;
     if (ok && count == 0)
         ok = OrvSchema::Create(db, reason);
-    if (ok && q.exec(QStringLiteral("COMMIT")))
+    if (ok && q.exec(QStringLiteral("COMMIT"))) {
+        GeoStore::NoteCommittedWrite();
         return true;
+    }
     if (ok)
         *reason = StoreSql::ErrorText(q.lastError());
     q.exec(QStringLiteral("ROLLBACK"));
@@ -183,8 +186,10 @@ bool UpgradeSchema(QSqlDatabase& db, QString* reason) {
     bool ok = version >= 0;
     if (ok && version != OrvSchema::Version)
         ok = OrvSchema::Upgrade(db, reason);
-    if (ok && q.exec(QStringLiteral("COMMIT")))
+    if (ok && q.exec(QStringLiteral("COMMIT"))) {
+        GeoStore::NoteCommittedWrite();
         return true;
+    }
     if (ok)
         *reason = StoreSql::ErrorText(q.lastError());
     q.exec(QStringLiteral("ROLLBACK"));
@@ -333,6 +338,14 @@ GeoStore::~GeoStore() {
         }
         QSqlDatabase::removeDatabase(name);
     }
+}
+
+quint64 GeoStore::CommittedWrites() {
+    return s_committedWrites.load(std::memory_order_acquire);
+}
+
+void GeoStore::NoteCommittedWrite() {
+    s_committedWrites.fetch_add(1, std::memory_order_release);
 }
 
 QSqlDatabase GeoStore::systemDb() const {

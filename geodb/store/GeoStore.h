@@ -47,6 +47,14 @@ public:
     std::optional<SystemDefinition> LoadDefinition(const QString& group, const QString& system,
                                                    QString* error) const;
 
+    // How many write transactions this process has committed to user databases (any file,
+    // any connection, any thread). A reader holding something read from a user database
+    // compares it, a single atomic load, to learn cheaply whether this process may have
+    // changed it since; changes by other processes do not count.
+    static quint64 CommittedWrites();
+    // Called right after each successful COMMIT on a user database.
+    static void NoteCommittedWrite();
+
 private:
     GeoStore() = default;
     DataSource m_source;

@@ -55,6 +55,7 @@ public:
             return false;
         }
         m_open = false;
+        GeoStore::NoteCommittedWrite();
         return true;
     }
 
