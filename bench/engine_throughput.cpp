@@ -1,14 +1,19 @@
 // Throughput of a created coordinate system (7-value Helmert + Transverse Mercator + EGM96
 // geoid grid) against a bare PROJ pipeline of the same steps, 1,000,000 points each, and
 // terrameter --batch against cs2cs on the same 1,000,000-line file, cs2cs pinned to the
-// stored system's own computation (its PROJJSON export), both in the same run.
+// stored system's own computation (its PROJJSON export), both in the same run. The whole
+// batch (read, parse, convert, format, write) on one core is set against the bare pipeline of
+// the same system over the same points, in CPU time and, under callgrind, in instructions.
 //
-//   bench_engine_throughput [--no-programs] [google benchmark options]
+//   bench_engine_throughput [--no-programs] [--no-instructions] [google benchmark options]
 //
-// The figures to watch: engine throughput / PROJ throughput (target >= 0.95), terrameter
-// --batch with both cores against cs2cs (target >= 4, identical numbers).
+// The figures to watch: engine throughput / PROJ throughput (target >= 0.95), the batch per
+// core against the bare pipeline (target >= 0.95), terrameter --batch with both cores against
+// cs2cs (target >= 4, identical numbers).
+#include "BatchConverter.h"
 #include "SystemExport.h"
 
+#include "api/OrvGeoFactories.h"
 #include "engine/GeoCoordSys.h"
 #include "store/GeoStore.h"
 
@@ -34,6 +39,15 @@
 #include <vector>
 
 #include <sys/resource.h>
+
+#if __has_include(<valgrind/callgrind.h>)
+#include <valgrind/callgrind.h>
+#define ORV_HAVE_CALLGRIND 1
+#else
+#define ORV_HAVE_CALLGRIND 0
+#define CALLGRIND_START_INSTRUMENTATION
+#define CALLGRIND_STOP_INSTRUMENTATION
+#endif
 
 namespace {
 
@@ -136,6 +150,39 @@ void BM_BareProjPipeline(benchmark::State& state) {
     state.SetItemsProcessed(int64_t(state.iterations()) * int64_t(PointCount));
 }
 BENCHMARK(BM_BareProjPipeline)->Unit(benchmark::kMillisecond);
+
+// One point at a time on the thread that created the object: a system defined from the store
+// (which follows edits saved to the user database) against the same system defined directly.
+void ForwardOnePointAtATime(benchmark::State& state, bool stored) {
+    QTemporaryDir dir;
+    std::unique_ptr<OrvGeoCoordSysBase> fromStore(
+        OrvGeoCoordSysList::GetCoordSysList().Create(QStringLiteral("sqlite:") + dir.path()));
+    const QString e;
+    if (!fromStore || !fromStore->DefineSystem(QStringLiteral("Europe"),
+                                               QStringLiteral("ED50 / UTM zone 31N"), e, e, e, e,
+                                               e, e, QStringLiteral("none"))) {
+        state.SkipWithError("the stored system cannot be defined");
+        return;
+    }
+    GeoCoordSys direct;
+    direct.Define(static_cast<GeoCoordSys&>(*fromStore).Definition());
+    OrvGeoCoordSysBase& cs = stored ? *fromStore : direct;
+    for (auto _ : state) {
+        GeoPoint p{52.5, 4.25, 12.5, 0};
+        benchmark::DoNotOptimize(cs.Forward(p));
+        benchmark::DoNotOptimize(p);
+    }
+}
+
+void BM_StoredSystemForward(benchmark::State& state) {
+    ForwardOnePointAtATime(state, true);
+}
+BENCHMARK(BM_StoredSystemForward);
+
+void BM_DefinedSystemForward(benchmark::State& state) {
+    ForwardOnePointAtATime(state, false);
+}
+BENCHMARK(BM_DefinedSystemForward);
 
 // The best CPU time of a few runs of single-threaded work: other load on the machine does
 // not count.
@@ -405,15 +452,223 @@ void ComparePrograms(const char* argv0) {
         std::max(two.peakKib, one.peakKib), PointCount);
 }
 
+// ---- The whole batch (read, parse, convert, format, write) on one core against the bare
+// pipeline of the same system over the same points, in CPU time and in instructions ----
+
+constexpr std::size_t InstructionLines = 100000; // lines counted under callgrind
+
+// UTM zone 31N on WGS 84: the projection alone, no datum transformation, no geoid.
+SystemDefinition PlainUtmSystem() {
+    SystemDefinition def = BenchSystem();
+    def.system.name = QStringLiteral("plain UTM");
+    def.system.geoidOn = false;
+    def.system.geoidMethod.clear();
+    def.localEllipsoid = def.satEllipsoid;
+    def.dtf = DtfRecord{};
+    return def;
+}
+
+struct BatchCase {
+    const char* name;
+    SystemDefinition (*definition)();
+};
+
+constexpr BatchCase BatchCases[] = {{"helmert-utm-geoid", BenchSystem},
+                                    {"plain-utm", PlainUtmSystem}};
+
+const BatchCase* FindBatchCase(const char* name) {
+    for (const BatchCase& c : BatchCases) {
+        if (std::strcmp(c.name, name) == 0)
+            return &c;
+    }
+    return nullptr;
+}
+
+// The batch input: latitude, longitude, height separated by blanks, as a survey export
+// writes them (the same lines the program comparison feeds to terrameter and cs2cs).
+bool WriteBatchInput(const QString& path, std::size_t lines) {
+    std::FILE* f = std::fopen(QFile::encodeName(path).constData(), "wb");
+    if (!f)
+        return false;
+    const std::vector<GeoPoint> points = Points();
+    for (std::size_t i = 0; i < lines; ++i) {
+        const GeoPoint& p = points[i % points.size()];
+        std::fprintf(f, "%.9f %.9f %.3f\n", p.x, p.y, p.z);
+    }
+    return std::fclose(f) == 0;
+}
+
+// The points of a batch input, read outside any measurement.
+std::vector<GeoPoint> ReadBatchInput(const QString& path) {
+    std::vector<GeoPoint> points;
+    std::FILE* f = std::fopen(QFile::encodeName(path).constData(), "rb");
+    if (!f)
+        return points;
+    GeoPoint p{0, 0, 0, 0};
+    while (std::fscanf(f, "%lf %lf %lf", &p.x, &p.y, &p.z) == 3)
+        points.push_back(p);
+    std::fclose(f);
+    return points;
+}
+
+std::unique_ptr<GeoCoordSys> DefineCase(const BatchCase& c) {
+    auto cs = std::make_unique<GeoCoordSys>();
+    if (!cs->Define(c.definition())) {
+        std::fprintf(stderr, "cannot define %s: %s\n", c.name,
+                     cs->LastError().toLocal8Bit().constData());
+        return nullptr;
+    }
+    return cs;
+}
+
+// The system's own pipeline, bare, on its own context with PROJ's data folders.
+PJ* BarePipelineOf(const GeoCoordSys& cs) {
+    return proj_create(PJ_DEFAULT_CTX, cs.PipelineDefinition().toUtf8().constData());
+}
+
+// One batch run on one converting thread; false when a line failed or the output could not
+// be written.
+bool RunBatchOnce(GeoCoordSys& cs, const QString& in, const QString& out) {
+    std::FILE* input = std::fopen(QFile::encodeName(in).constData(), "rb");
+    std::FILE* output = std::fopen(QFile::encodeName(out).constData(), "wb");
+    bool ok = input && output;
+    if (ok) {
+        BatchConverter::Settings settings;
+        const BatchConverter::Result r =
+            BatchConverter({&cs}, settings).Run(input, output, [](std::size_t, const std::string&) {
+            });
+        ok = r.failed == 0 && !r.readFailed && !r.writeFailed;
+    }
+    if (input)
+        std::fclose(input);
+    if (output)
+        ok = std::fclose(output) == 0 && ok;
+    return ok;
+}
+
+void RunBarePipeline(PJ* pj, std::vector<GeoPoint>& points) {
+    proj_trans_generic(pj, PJ_FWD, &points[0].x, sizeof(GeoPoint), points.size(), &points[0].y,
+                       sizeof(GeoPoint), points.size(), &points[0].z, sizeof(GeoPoint),
+                       points.size(), nullptr, 0, 0);
+}
+
+// The child run under callgrind (instrumentation off at the start): sets up outside the
+// count, then counts one batch run or one bare pass over the same points.
+int CountInstructions(const char* what, const char* caseName, const char* in, const char* out) {
+    const BatchCase* c = FindBatchCase(caseName);
+    const std::unique_ptr<GeoCoordSys> cs = c ? DefineCase(*c) : nullptr;
+    if (!cs)
+        return 1;
+    const QString input = QString::fromLocal8Bit(in), output = QString::fromLocal8Bit(out);
+    if (std::strcmp(what, "batch") == 0) {
+        CALLGRIND_START_INSTRUMENTATION;
+        const bool ok = RunBatchOnce(*cs, input, output);
+        CALLGRIND_STOP_INSTRUMENTATION;
+        return ok ? 0 : 1;
+    }
+    std::vector<GeoPoint> points = ReadBatchInput(input);
+    PJ* pj = BarePipelineOf(*cs);
+    if (!pj || points.empty())
+        return 1;
+    CALLGRIND_START_INSTRUMENTATION;
+    RunBarePipeline(pj, points);
+    CALLGRIND_STOP_INSTRUMENTATION;
+    proj_destroy(pj);
+    return 0;
+}
+
+// Instructions counted by callgrind in a child run of this program; 0 when it failed.
+double CallgrindInstructions(const char* argv0, const QString& folder, const char* what,
+                             const char* caseName, const QString& in, const QString& out) {
+    const QString profile =
+        folder +
+        QStringLiteral("/callgrind.%1.%2").arg(QLatin1String(what), QLatin1String(caseName));
+    QProcess process;
+    process.setProgram(QStringLiteral("valgrind"));
+    process.setArguments({QStringLiteral("--tool=callgrind"), QStringLiteral("--instr-atstart=no"),
+                          QStringLiteral("--callgrind-out-file=") + profile,
+                          QFileInfo(QString::fromLocal8Bit(argv0)).absoluteFilePath(),
+                          QStringLiteral("--count-instructions"), QLatin1String(what),
+                          QLatin1String(caseName), in, out});
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.start();
+    if (!process.waitForFinished(-1) || process.exitStatus() != QProcess::NormalExit ||
+        process.exitCode() != 0)
+        return 0;
+    QFile file(profile);
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    while (!file.atEnd()) {
+        const QByteArray line = file.readLine().trimmed();
+        if (line.startsWith("totals:"))
+            return line.mid(line.indexOf(':') + 1).trimmed().split(' ').value(0).toDouble();
+    }
+    return 0;
+}
+
+// The batch per core against the bare pipeline: CPU time of 1,000,000 lines (both threads
+// of the run: the reader and writer, and the converter), and instructions of 100,000 lines.
+void CompareBatchPerCore(const char* argv0, bool instructions) {
+    QTemporaryDir dir;
+    const QString large = dir.filePath(QStringLiteral("batch.txt"));
+    const QString small = dir.filePath(QStringLiteral("batch-small.txt"));
+    const QString out = dir.filePath(QStringLiteral("batch.out"));
+    if (!WriteBatchInput(large, PointCount) || !WriteBatchInput(small, InstructionLines)) {
+        std::printf("the batch input cannot be written: batch per core skipped\n");
+        return;
+    }
+    const bool valgrind =
+        instructions && ORV_HAVE_CALLGRIND && std::system("command -v valgrind > /dev/null") == 0;
+    const std::vector<GeoPoint> input = ReadBatchInput(large);
+    for (const BatchCase& c : BatchCases) {
+        const std::unique_ptr<GeoCoordSys> cs = DefineCase(c);
+        PJ* pj = cs ? BarePipelineOf(*cs) : nullptr;
+        if (!pj || !RunBatchOnce(*cs, large, out)) {
+            std::printf("%s: the batch or its bare pipeline fails\n", c.name);
+            proj_destroy(pj);
+            continue;
+        }
+        std::vector<GeoPoint> work;
+        const double bare = BestSeconds(3, [&] {
+            work = input;
+            RunBarePipeline(pj, work);
+        });
+        proj_destroy(pj);
+        const double batch = BestSeconds(3, [&] { RunBatchOnce(*cs, large, out); });
+        std::printf("batch per core, %s: %.0f lines/s of CPU time, bare pipeline %.0f points/s: "
+                    "%.3f of the bare pipeline's throughput (target >= 0.95)\n",
+                    c.name, PointCount / batch, PointCount / bare, bare / batch);
+        if (!valgrind)
+            continue;
+        const double batchIr =
+            CallgrindInstructions(argv0, dir.path(), "batch", c.name, small, out);
+        const double bareIr = CallgrindInstructions(argv0, dir.path(), "bare", c.name, small, out);
+        if (batchIr > 0 && bareIr > 0)
+            std::printf(
+                "batch per core, %s, in instructions (callgrind, %zu lines): %.0f per line, "
+                "bare pipeline %.0f per point: %.3f\n",
+                c.name, InstructionLines, batchIr / InstructionLines, bareIr / InstructionLines,
+                bareIr / batchIr);
+        else
+            std::printf("batch per core, %s: callgrind failed\n", c.name);
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
-    bool programs = true;
+    constexpr int CountArgs = 6; // program --count-instructions batch|bare CASE IN OUT
+    if (argc == CountArgs && std::strcmp(argv[1], "--count-instructions") == 0)
+        return CountInstructions(argv[2], argv[3], argv[4], argv[5]);
+    bool programs = true, instructions = true;
     std::vector<char*> args;
     for (int i = 0; i < argc; ++i) {
         if (std::strcmp(argv[i], "--no-programs") == 0)
             programs = false;
+        else if (std::strcmp(argv[i], "--no-instructions") == 0)
+            instructions = false;
         else
             args.push_back(argv[i]);
     }
@@ -422,6 +677,7 @@ int main(int argc, char** argv) {
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
     CompareInOneRun();
+    CompareBatchPerCore(argv[0], instructions);
     if (programs)
         ComparePrograms(argv[0]);
     return 0;

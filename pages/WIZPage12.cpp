@@ -32,9 +32,13 @@ bool WIZPage12::OnSetActive() {
     return active;
 }
 
-QString WIZPage12::CalculatorParameters(const QString& group, const QString& system) {
-    return QStringLiteral(" -G:\"") + group + QStringLiteral("\" -S:\"") + system +
-           QStringLiteral("\"");
+QString WIZPage12::CalculatorParameters(const QString& group, const QString& system,
+                                        const QString& dataSource) {
+    QString parameters = QStringLiteral(" -G:\"") + group + QStringLiteral("\" -S:\"") + system +
+                         QStringLiteral("\"");
+    if (!dataSource.isEmpty())
+        parameters += QStringLiteral(" --data \"") + dataSource + QStringLiteral("\"");
+    return parameters;
 }
 
 bool WIZPage12::SaveSystem() {
@@ -76,7 +80,8 @@ void WIZPage12::OnTerrameter() {
     QString group, system;
     staticData->GetAssignedGroupName(group);
     staticData->GetAssignedSystemName(system);
-    if (!GetUi().StartProgram(program, CalculatorParameters(group, system), folder)) {
+    if (!GetUi().StartProgram(program, CalculatorParameters(group, system, m_sheet->GetDllType()),
+                              folder)) {
         GetUi().Beep();
         GetUi().MessageBox(this, LoadOrvString(StrId::StartCalculatorFailed), QString(),
                            MsgButtons::Ok);

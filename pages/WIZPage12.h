@@ -27,8 +27,11 @@ public:
     // The "Terrameter" button.
     void OnTerrameter();
 
-    // " -G:"<group>" -S:"<system>"": the calculator's parameters, names as they are.
-    static QString CalculatorParameters(const QString& group, const QString& system);
+    // " -G:"<group>" -S:"<system>"": the calculator's parameters, names as they are; a data
+    // source other than the default follows as " --data "<source>"", so that the calculator
+    // opens the database the system was saved in.
+    static QString CalculatorParameters(const QString& group, const QString& system,
+                                        const QString& dataSource = QString());
 
 private:
     // SaveCoordSys; false after showing the library's reason.

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the project needs (only those missing) and configures and
-# builds it in ./build. Sourced by run.sh and test.sh.
+# Installs the Debian packages the project needs (only those missing) and configures the
+# build in ./build. Sourced by run.sh and test.sh, which each build what they need.
 set -euo pipefail
 
 ORV_ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
@@ -27,4 +27,3 @@ if ((${#missing[@]})); then
 fi
 
 cmake -S "$ORV_ROOT" -B "$ORV_BUILD" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-cmake --build "$ORV_BUILD" --parallel "$(nproc)"

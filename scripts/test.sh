@@ -4,7 +4,10 @@
 # fuzz harness for a bounded time (check-sanitized.sh).
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+cmake --build "$ORV_BUILD" --parallel "$(nproc)"
 (cd "$ORV_BUILD" && QT_QPA_PLATFORM=offscreen ctest --output-on-failure --parallel "$(nproc)" --timeout 600)
+# The installed package: a host built against it opens the dialogs.
+bash "$ORV_ROOT/scripts/check-install.sh"
 if [ "${ORV_SANITIZED:-0}" = 1 ]; then
     bash "$ORV_ROOT/scripts/check-sanitized.sh"
 fi

@@ -3,6 +3,7 @@
 #include "api/OrvGeoFactories.h"
 #include "dialogs/InformationPane.h"
 #include "dialogs/PickerTree.h"
+#include "editor/AdvCoordSysDlg.h"
 #include "platform/UiInteraction.h"
 #include "resources/StringTable.h"
 #include "ui_SysSelectionDlg.h"
@@ -35,8 +36,13 @@ SysSelectionDlg::SysSelectionDlg(geodb_type scope, bool editFlag, QWidget* paren
     m_tree = new PickerTree(m_ui->filterEdit, m_ui->tree, this);
     PrepareInformationPane(m_ui->infoPane);
     connect(m_tree, &PickerTree::CurrentChanged, this, &SysSelectionDlg::OnSelChangedTree);
-    connect(m_tree, &PickerTree::FilterApplied, this, [this] { Refresh(m_tree->Current()); });
+    // a filter that keeps the current system keeps what Edit took from the editor
+    connect(m_tree, &PickerTree::FilterApplied, this, [this] {
+        if (m_tree->Current() != m_shown)
+            Refresh(m_tree->Current());
+    });
     connect(m_ui->addButton, &QPushButton::clicked, this, &SysSelectionDlg::OnAdd);
+    connect(m_ui->editButton, &QPushButton::clicked, this, &SysSelectionDlg::OnEdit);
     connect(m_ui->removeButton, &QPushButton::clicked, this, &SysSelectionDlg::OnRemove);
     connect(m_ui->okButton, &QPushButton::clicked, this, [this] { accept(); });
     connect(m_ui->cancelButton, &QPushButton::clicked, this, [this] { reject(); });
@@ -65,10 +71,15 @@ bool SysSelectionDlg::IsSystem(const QModelIndex& sourceIndex) const {
     return depthOf(sourceIndex) == kSystemDepth;
 }
 
-void SysSelectionDlg::BuildTree() {
-    m_database.reset();
+bool SysSelectionDlg::OpenDatabase() {
+    m_database.reset(); // the old object closes its files before the new one opens them
     m_database.reset(OrvGeoDatabaseBaseList::GetGeoDatabaseList().Create(m_dllType));
-    if (!m_database) {
+    return m_database != nullptr;
+}
+
+void SysSelectionDlg::BuildTree() {
+    if (!OpenDatabase()) {
+        m_tree->SetEntries({});
         Refresh({});
         return;
     }
@@ -111,16 +122,13 @@ void SysSelectionDlg::OnSelChangedTree(const QModelIndex& sourceIndex) {
 }
 
 void SysSelectionDlg::Refresh(const QModelIndex& sourceIndex) {
+    m_shown = sourceIndex;
     const NameTreeModel& model = m_tree->Model();
     const bool system = IsSystem(sourceIndex);
-    QString text;
-    if (sourceIndex.isValid()) {
-        m_groupName = system ? model.NameAt(sourceIndex.parent()) : model.NameAt(sourceIndex);
-        m_systemName = system ? model.NameAt(sourceIndex) : QString();
-        if (m_database)
-            m_database->GetSystemInfoText(text, m_groupName, m_systemName, {}, {}, {}, {}, {});
-    }
-    m_ui->infoPane->setPlainText(text);
+    m_groupName = !sourceIndex.isValid() ? QString()
+                  : system               ? model.NameAt(sourceIndex.parent())
+                                         : model.NameAt(sourceIndex);
+    m_systemName = system ? model.NameAt(sourceIndex) : QString();
 
     // the host's own system keeps the geoid and post values the host gave
     const bool hostsSystem =
@@ -131,13 +139,32 @@ void SysSelectionDlg::Refresh(const QModelIndex& sourceIndex) {
     m_postModelName = hostsSystem ? m_presetPostModelName : QString();
     m_postModelFile = hostsSystem ? m_presetPostModelFile : QString();
 
-    // Changing systems needs the edit flag; the system in use is neither edited nor removed
-    // here; only a system is a choice.
-    const bool changeable = m_editFlag && system && !sameName(m_systemName, m_curSystemName);
+    m_ui->infoPane->setPlainText(sourceIndex.isValid() ? SystemInfoText() : QString());
+    SetButtons(sourceIndex);
+}
+
+QString SysSelectionDlg::SystemInfoText() const {
+    QString text;
+    if (m_database)
+        m_database->GetSystemInfoText(text, m_groupName, m_systemName, m_geoidModelName,
+                                      m_geoidModelFile, m_chartDatum, m_postModelName,
+                                      m_postModelFile);
+    return text;
+}
+
+bool SysSelectionDlg::CanChange(const QModelIndex& sourceIndex) const {
+    // Changing systems needs the edit flag and a database; the system in use is neither
+    // edited nor removed here.
+    return m_editFlag && m_database && IsSystem(sourceIndex) &&
+           !sameName(m_systemName, m_curSystemName);
+}
+
+void SysSelectionDlg::SetButtons(const QModelIndex& sourceIndex) {
+    const bool changeable = CanChange(sourceIndex);
     m_ui->addButton->setEnabled(!m_editFlag);
     m_ui->editButton->setEnabled(changeable);
     m_ui->removeButton->setEnabled(changeable);
-    m_ui->okButton->setEnabled(system);
+    m_ui->okButton->setEnabled(IsSystem(sourceIndex)); // only a system is a choice
 }
 
 void SysSelectionDlg::OnOK() {
@@ -147,6 +174,8 @@ void SysSelectionDlg::OnOK() {
 }
 
 void SysSelectionDlg::OnAdd() {
+    if (m_editFlag)
+        return; // Add belongs to a dialog that does not change systems
     GeoWizard wizard(LoadOrvString(StrId::TitleHostWizard), nullptr, 0);
     wizard.SetDllType(m_dllType);
     if (wizard.DoModal() != PropertySheet::ID_WIZFINISH)
@@ -158,7 +187,7 @@ void SysSelectionDlg::OnAdd() {
 
 void SysSelectionDlg::OnRemove() {
     const QModelIndex item = m_tree->Current();
-    if (!IsSystem(item) || !m_database)
+    if (!CanChange(item))
         return;
     const QString group = m_groupName;
     const QString system = m_systemName;
@@ -171,6 +200,32 @@ void SysSelectionDlg::OnRemove() {
         m_tree->Model().RemoveEntry(removed);
         return;
     }
-    // the item stays, and the selection stays on the entry after it
+    // The item stays, and the selection stays on the entry after it. Above that entry's
+    // information the pane keeps the library's reason: the projects that use the system,
+    // or that it is pre-defined.
+    const QString reason = m_database->LastError();
     GetUi().MessageBox(this, LoadOrvString(StrId::RemoveSystemFailed), QString(), MsgButtons::Ok);
+    const QString shown = m_ui->infoPane->toPlainText();
+    if (!reason.isEmpty())
+        m_ui->infoPane->setPlainText(shown.isEmpty() ? reason
+                                                     : reason + QStringLiteral("\n\n") + shown);
+}
+
+void SysSelectionDlg::OnEdit() {
+    if (!CanChange(m_tree->Current()))
+        return;
+    AdvCoordSysDlg editor(m_groupName, m_systemName, m_geoidModelName, m_geoidModelFile,
+                          m_chartDatum, m_postModelName, m_postModelFile, true, nullptr, true);
+    editor.SetDllType(m_dllType);
+    if (editor.DoModal() != QDialog::Accepted)
+        return;
+    m_geoidModelName = editor.GetGeoidModelName();
+    m_geoidModelFile = editor.GetGeoidModelFileName();
+    m_chartDatum = editor.GetGeoidChartDatum();
+    m_postModelName = editor.GetPostModelName();
+    m_postModelFile = editor.GetPostModelFileName();
+    // A fresh database object reads what the editor saved.
+    OpenDatabase();
+    m_ui->infoPane->setPlainText(SystemInfoText());
+    SetButtons(m_tree->Current());
 }

@@ -4,6 +4,7 @@
 #include "platform/Dialog.h"
 
 #include <QModelIndex>
+#include <QPersistentModelIndex>
 
 #include <memory>
 
@@ -54,17 +55,28 @@ public:
     // Handlers.
     void OnSelChangedTree(const QModelIndex& sourceIndex);
     void OnAdd();
+    void OnEdit();
     void OnRemove();
 
 private:
     void BuildTree();
-    // Shows the information of an item (a system, a group or a root) and sets the buttons.
+    // Takes the group and system of an item (a system, a group or a root), the geoid and
+    // post values that go with them, shows its information and sets the buttons.
     void Refresh(const QModelIndex& sourceIndex);
+    // The library's information text of the selected system, handed the geoid and post
+    // values that go with it.
+    QString SystemInfoText() const;
+    // Edit and Remove: a system other than the host's current one, with the edit flag.
+    bool CanChange(const QModelIndex& sourceIndex) const;
+    void SetButtons(const QModelIndex& sourceIndex);
+    // Opens the database object again; false (and no object) when the data source fails.
+    bool OpenDatabase();
     bool IsSystem(const QModelIndex& sourceIndex) const;
 
     std::unique_ptr<Ui::SysSelectionDlg> m_ui;
     PickerTree* m_tree = nullptr;
     std::unique_ptr<OrvGeoDatabaseBase> m_database;
+    QPersistentModelIndex m_shown; // the item whose information the pane shows
     geodb_type m_scope;
     bool m_editFlag;
     QString m_dllType;

@@ -2,6 +2,7 @@
 
 #include "util/BrandingConfig.h"
 #include "util/FileObject.h"
+#include "util/InstallLayout.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -54,11 +55,13 @@ QString ProgramFile(const QString& key, const QString& programFolder) {
                                 : QDir(programFolder).filePath(QDir::fromNativeSeparators(file));
     if (isPath || key != DefaultKey() || QFileInfo(program).isFile())
         return QDir::cleanPath(program);
-#ifdef ORV_BUILD_CALCULATOR
-    const QString built = QStringLiteral(ORV_BUILD_CALCULATOR);
-    if (QFileInfo(built).isFile())
-        return built;
-#endif
+    // A host program installed elsewhere: the calculator installed with the library.
+    const QString libraryPrograms = InstallLayout::ProgramFolder();
+    if (!libraryPrograms.isEmpty()) {
+        const QString installed = QDir(libraryPrograms).filePath(file);
+        if (QFileInfo(installed).isFile())
+            return QDir::cleanPath(installed);
+    }
     return QDir::cleanPath(program);
 }
 

@@ -23,8 +23,9 @@ QString Key();
 // The program file of key, started from programFolder: key followed by the platform's
 // program extension (".exe" on Windows, none elsewhere) in programFolder; a key that is a
 // path (it holds a separator) is taken as it stands, relative to programFolder. When the
-// default key is not in programFolder (a program running in the build tree, whose program
-// folder is the source tree), the calculator of the build tree stands in when it exists.
+// default key is not in programFolder (a host installed apart from the library, or a program
+// running in the build tree, whose program folder is the source tree), the calculator in the
+// program folder beside the library (InstallLayout::ProgramFolder) stands in when it exists.
 QString ProgramFile(const QString& key, const QString& programFolder);
 
 } // namespace CalculatorProgram

@@ -135,7 +135,7 @@ void fillPostPage(GeoWizard& wizard) {
 // The save page's Next as a person would press it: the new system goes into the user group
 // "River Thames". In a throw-away data source (the screenshots' temporary folder) a system
 // saved there before gives the save page that group to list; a data source given with
-// --data-source is never written to. The overview then shows the system the pages built, with
+// --data is never written to. The overview then shows the system the pages built, with
 // its test point.
 void fillClosingPages(GeoWizard& wizard) {
     const QString group = QStringLiteral("River Thames");

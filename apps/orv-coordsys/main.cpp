@@ -1,92 +1,92 @@
+// orv-coordsys: the host of the coordinate-system dialogs. See HostUsage() for what it does.
+#include "HostProgram.h"
 #include "Screenshots.h"
 
-#include "wizard/GeoWizard.h"
+#include "platform/WindowSystem.h"
 
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QTemporaryDir>
 #include <QTextStream>
 
-#include <cstdio>
 #include <memory>
 
 namespace {
 
-// The usage and the version are answered without a window system.
-bool AsksForHelpOrVersion(int argc, char** argv) {
-    for (int i = 1; i < argc; ++i) {
-        const QByteArray arg(argv[i]);
-        if (arg == "-h" || arg == "--help" || arg == "--help-all" || arg == "--version")
-            return true;
-    }
-    return false;
+QStringList Arguments(int argc, char** argv) {
+    QStringList args;
+    for (int i = 0; i < argc; ++i)
+        args << QString::fromLocal8Bit(argv[i]);
+    return args;
+}
+
+int Fail(int status, const QString& message, bool usage = false) {
+    QTextStream err(stderr);
+    err << "orv-coordsys: " << message << '\n';
+    if (usage)
+        err << "Run \"orv-coordsys --help\" for the options.\n";
+    return status;
+}
+
+int RenderAll(const HostOptions& options, QTextStream& out) {
+    // Never the user's data unless asked: a fresh data folder that goes with the program.
+    QTemporaryDir scratch;
+    QString source = options.dataSource;
+    if (!options.dataSourceSet)
+        source = QStringLiteral("sqlite:") + scratch.path();
+    QString error;
+    const QStringList files = RenderScreenshots(options.screenshotsFolder, source, error);
+    for (const QString& file : files)
+        out << file << '\n';
+    if (files.isEmpty())
+        return Fail(HostExitFailed, error);
+    return HostExitOk;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    // Screenshots need no display: choose the offscreen platform before Qt starts, unless
-    // the caller chose one.
-    for (int i = 1; i < argc; ++i)
-        if (QByteArray(argv[i]) == "--screenshots" &&
-            qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-            qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QStringList args = Arguments(argc, argv);
+    HostOptions options;
+    QString error;
+    const bool parsed = ParseHostArgs(args, options, error);
+    const bool screenshots = parsed && options.mode == HostOptions::Mode::Screenshots;
+    // Screenshots need no display: the offscreen platform, unless the caller chose one.
+    if (screenshots && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
 
-    const bool textOnly = AsksForHelpOrVersion(argc, argv);
+    // Without a window system Qt's GUI application would abort: the usage, the version, bad
+    // arguments and the data-source check are answered by a core application, which then
+    // says what is missing.
+    const bool windows = parsed && !HostAsksForHelpOrVersion(args) && HasWindowSystem();
     std::unique_ptr<QCoreApplication> app;
-    if (textOnly)
-        app = std::make_unique<QCoreApplication>(argc, argv);
-    else
+    if (windows)
         app = std::make_unique<QApplication>(argc, argv);
+    else
+        app = std::make_unique<QCoreApplication>(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("orv-coordsys"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORV_VERSION));
-    if (!textOnly)
-        QApplication::setApplicationDisplayName(QStringLiteral("Coordinate System"));
 
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Coordinate systems of the survey package: choose, create and edit them."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    QCommandLineOption screenshots(QStringLiteral("screenshots"),
-                                   QStringLiteral("Render every dialog to PNG files in <folder> "
-                                                  "(offscreen) and exit."),
-                                   QStringLiteral("folder"));
-    // --data-source is the older spelling of --data.
-    QCommandLineOption dataSource(
-        {QStringLiteral("data"), QStringLiteral("data-source")},
-        QStringLiteral("Data source of the dialogs: empty for the default databases, "
-                       "sqlite:<folder> for a user database in <folder>. Screenshots use a "
-                       "fresh temporary folder unless this is given."),
-        QStringLiteral("string"));
-    parser.addOption(screenshots);
-    parser.addOption(dataSource);
-    parser.process(*app);
-
-    QTextStream err(stderr);
     QTextStream out(stdout);
-
-    if (parser.isSet(screenshots)) {
-        QTemporaryDir scratch;
-        QString source = parser.value(dataSource);
-        if (!parser.isSet(dataSource))
-            source = QStringLiteral("sqlite:") + scratch.path();
-        QString error;
-        const QStringList files = RenderScreenshots(parser.value(screenshots), source, error);
-        for (const QString& file : files)
-            out << file << '\n';
-        if (files.isEmpty()) {
-            err << "orv-coordsys: " << error << '\n';
-            return 1;
-        }
-        return 0;
+    if (!parsed)
+        return Fail(HostExitUsage, error, true);
+    if (options.help) {
+        out << HostUsage();
+        return HostExitOk;
     }
-
-    // Until the selection dialog is there, the program runs the wizard (what its Add does).
-    GeoWizard wizard(QStringLiteral("Coordinate System"));
-    wizard.SetDllType(parser.value(dataSource));
-    const int result = wizard.DoModal();
-    if (result == PropertySheet::ID_WIZFINISH)
-        out << wizard.GetGroupName() << '\t' << wizard.GetSystemName() << '\n';
-    return 0;
+    if (options.version) {
+        out << HostVersion();
+        return HostExitOk;
+    }
+    if (screenshots)
+        return RenderAll(options, out);
+    // Without a display nothing is made: the data source is only checked.
+    if (!CheckDataSource(options.dataSource, windows, error))
+        return Fail(HostExitFailed, error);
+    if (!windows)
+        return Fail(HostExitFailed,
+                    QStringLiteral("No display: the dialogs need a window system (DISPLAY or "
+                                   "WAYLAND_DISPLAY). --screenshots <folder> renders them to PNG "
+                                   "files without one."));
+    QApplication::setApplicationDisplayName(QStringLiteral("Coordinate System"));
+    return RunHostDialog(options, out);
 }

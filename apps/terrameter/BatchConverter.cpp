@@ -33,11 +33,49 @@ struct Layout {
     bool decimalComma() const { return separator != Separator::Comma; }
 };
 
+// The converted text of a block. Rows are written through a pointer into room reserved
+// once per row, not appended character by character.
+class OutputText {
+public:
+    const char* data() const { return m_data.get(); }
+    std::size_t size() const { return m_size; }
+    bool empty() const { return m_size == 0; }
+    void clear() { m_size = 0; }
+    void reserve(std::size_t capacity) {
+        if (capacity > m_capacity)
+            Grow(capacity);
+    }
+    // Where to write up to room more bytes; Commit takes the end of what was written.
+    char* Room(std::size_t room) {
+        if (m_capacity - m_size < room)
+            Grow(std::max(m_size + room, 2 * m_capacity));
+        return m_data.get() + m_size;
+    }
+    void Commit(const char* end) { m_size = std::size_t(end - m_data.get()); }
+    void Append(std::string_view text) {
+        char* p = Room(text.size());
+        std::memcpy(p, text.data(), text.size());
+        Commit(p + text.size());
+    }
+
+private:
+    void Grow(std::size_t capacity) {
+        auto data = std::make_unique_for_overwrite<char[]>(capacity);
+        if (m_size > 0)
+            std::memcpy(data.get(), m_data.get(), m_size);
+        m_data = std::move(data);
+        m_capacity = capacity;
+    }
+
+    std::unique_ptr<char[]> m_data;
+    std::size_t m_size = 0, m_capacity = 0;
+};
+
 struct Block {
     std::string text; // whole lines, each ending in '\n'
     std::size_t firstLine = 1;
     Layout layout;
-    std::string output;
+    OutputText output;
     std::vector<std::pair<std::size_t, std::string>> messages;
     std::size_t lines = 0, converted = 0, failed = 0;
     bool done = false;
@@ -73,9 +111,19 @@ std::string Number(double value) {
 }
 
 // A result, or the mark of a failed line.
-void AppendResult(std::string& out, const double* value, int decimals) {
-    if (!value || !AppendFixed(out, *value, decimals))
-        out += FailedMark;
+char* WriteResult(char* out, const double* value, int decimals) {
+    char* const end = value ? WriteFixed(out, *value, decimals) : nullptr;
+    if (end)
+        return end;
+    *out = FailedMark;
+    return out + 1;
+}
+
+char* WriteLineEnd(char* out, bool cr) {
+    if (cr)
+        *out++ = '\r';
+    *out++ = '\n';
+    return out;
 }
 
 std::string LimitText(double limit) {
@@ -176,7 +224,6 @@ private:
     const ColumnSpec& m_spec;
     std::vector<LineInfo> m_lines;
     std::vector<std::string_view> m_fields;
-    std::vector<std::string_view> m_split;
     std::vector<GeoPoint> m_points;
     std::unique_ptr<bool[]> m_ok;
     std::size_t m_okSize = 0;
@@ -216,14 +263,14 @@ void BlockWorker::Classify(Block& block) {
         } else if (first == content.size() || content[first] == '#') {
             line.kind = LineKind::Copy;
         } else {
-            SplitFields(content, block.layout.separator, m_split);
             line.fieldBegin = std::uint32_t(m_fields.size());
-            line.fieldCount = std::uint32_t(m_split.size());
-            m_fields.insert(m_fields.end(), m_split.begin(), m_split.end());
+            line.fieldCount =
+                std::uint32_t(AppendFields(content, block.layout.separator, m_fields));
             GeoPoint p;
             if (lineNo == block.layout.headerLine) {
                 line.kind = LineKind::Header;
-            } else if (ReadPoint(m_split.data(), m_split.size(), m_spec, decimalComma, p, m_why)) {
+            } else if (ReadPoint(m_fields.data() + line.fieldBegin, line.fieldCount, m_spec,
+                                 decimalComma, p, m_why)) {
                 line.kind = LineKind::Point;
                 line.index = std::uint32_t(m_points.size());
                 m_points.push_back(p);
@@ -241,41 +288,49 @@ void BlockWorker::WriteHeader(Block& block, const LineInfo& line) {
     const char sep = SeparatorChar(block.layout.separator);
     const std::string unit = m_settings.unitLabel.toStdString();
     const std::size_t columns = std::max<std::size_t>(line.fieldCount, m_spec.roles.size());
+    std::string text;
     for (std::size_t i = 0; i < columns; ++i) {
         if (i > 0)
-            block.output += sep;
+            text += sep;
         const int column = int(i);
         if (column == m_spec.first)
-            block.output += m_spec.inverse ? "Latitude [deg]" : "Easting [" + unit + "]";
+            text += m_spec.inverse ? "Latitude [deg]" : "Easting [" + unit + "]";
         else if (column == m_spec.second)
-            block.output += m_spec.inverse ? "Longitude [deg]" : "Northing [" + unit + "]";
+            text += m_spec.inverse ? "Longitude [deg]" : "Northing [" + unit + "]";
         else if (column == m_spec.height)
-            block.output += m_spec.inverse ? "Height [m]" : "Z [" + unit + "]";
+            text += m_spec.inverse ? "Height [m]" : "Z [" + unit + "]";
         else if (i < line.fieldCount)
-            block.output += m_fields[line.fieldBegin + i];
+            text += m_fields[line.fieldBegin + i];
     }
-    block.output += line.cr ? "\r\n" : "\n";
+    text += line.cr ? "\r\n" : "\n";
+    block.output.Append(text);
 }
 
 void BlockWorker::WriteRow(Block& block, const LineInfo& line, const GeoPoint* result) {
     const char sep = SeparatorChar(block.layout.separator);
     const int xyDecimals = m_spec.inverse ? AngleDecimals : LengthDecimals;
     const std::size_t columns = std::max<std::size_t>(line.fieldCount, m_spec.roles.size());
+    // The copied fields lie within the line; add the results, separators and the line end.
+    constexpr std::size_t Results = 3, LineEnd = 2;
+    char* p =
+        block.output.Room(line.end - line.begin + Results * MaxFixedChars + columns + LineEnd);
+    const std::string_view* fields = m_fields.data() + line.fieldBegin;
     for (std::size_t i = 0; i < columns; ++i) {
         if (i > 0)
-            block.output += sep;
+            *p++ = sep;
         const int column = int(i);
         if (column == m_spec.first) {
-            AppendResult(block.output, result ? &result->x : nullptr, xyDecimals);
+            p = WriteResult(p, result ? &result->x : nullptr, xyDecimals);
         } else if (column == m_spec.second) {
-            AppendResult(block.output, result ? &result->y : nullptr, xyDecimals);
+            p = WriteResult(p, result ? &result->y : nullptr, xyDecimals);
         } else if (column == m_spec.height) {
-            AppendResult(block.output, result ? &result->z : nullptr, LengthDecimals);
+            p = WriteResult(p, result ? &result->z : nullptr, LengthDecimals);
         } else if (i < line.fieldCount) {
-            block.output += m_fields[line.fieldBegin + i];
+            std::memcpy(p, fields[i].data(), fields[i].size());
+            p += fields[i].size();
         }
     }
-    block.output += line.cr ? "\r\n" : "\n";
+    block.output.Commit(WriteLineEnd(p, line.cr));
 }
 
 void BlockWorker::Convert(Block& block) {
@@ -299,10 +354,13 @@ void BlockWorker::Convert(Block& block) {
     std::size_t lineNo = block.firstLine;
     for (const LineInfo& line : m_lines) {
         switch (line.kind) {
-        case LineKind::Copy:
-            block.output.append(block.text, line.begin, line.end - line.begin);
-            block.output += line.cr ? "\r\n" : "\n";
+        case LineKind::Copy: {
+            const std::size_t length = line.end - line.begin;
+            char* p = block.output.Room(length + 2);
+            std::memcpy(p, block.text.data() + line.begin, length);
+            block.output.Commit(WriteLineEnd(p + length, line.cr));
             break;
+        }
         case LineKind::Header:
             WriteHeader(block, line);
             break;
@@ -479,7 +537,7 @@ BatchConverter::Result BatchConverter::Run(std::FILE* in, const Sink& out, const
         return block;
     };
 
-    std::vector<char> buffer(ReadChunkBytes);
+    const auto buffer = std::make_unique_for_overwrite<char[]>(ReadChunkBytes);
     std::size_t lineNo = 1;
     std::size_t lineBytes = 0; // of the current line, as kept
     bool dropping = false;     // the current line is too long: the rest is skipped
@@ -487,7 +545,7 @@ BatchConverter::Result BatchConverter::Run(std::FILE* in, const Sink& out, const
     const std::size_t keep = m_settings.maxLineBytes + 1; // enough to see that a line is too long
     std::unique_ptr<Block> block = newBlock(lineNo);
     while (!result.writeFailed) {
-        const std::size_t got = std::fread(buffer.data(), 1, buffer.size(), in);
+        const std::size_t got = std::fread(buffer.get(), 1, ReadChunkBytes, in);
         if (got == 0) {
             if (std::ferror(in)) {
                 result.readFailed = true;
@@ -496,7 +554,7 @@ BatchConverter::Result BatchConverter::Run(std::FILE* in, const Sink& out, const
             break;
         }
         bytes += got;
-        const char* p = buffer.data();
+        const char* p = buffer.get();
         const char* const end = p + got;
         const char* run = p; // read, not yet kept in the block
         while (p < end) {

@@ -54,6 +54,9 @@ char SeparatorChar(Separator separator);
 // Splits a line (without its line end) into fields. Fields are trimmed of blanks; a field
 // in double quotes keeps separators inside it ("" stands for one quote).
 void SplitFields(std::string_view line, Separator separator, std::vector<std::string_view>& fields);
+// The same, appending to fields; returns the number of fields of the line.
+std::size_t AppendFields(std::string_view line, Separator separator,
+                         std::vector<std::string_view>& fields);
 
 // A plain decimal number ("+1.5", "-2e3"; with decimalComma also "1,5"); false for text,
 // empty fields and anything not finite.
@@ -70,6 +73,11 @@ bool NormaliseLongitude(double& longitude);
 // Appends value with a fixed number of decimals, exactly (no exponent, any magnitude) and
 // without a sign when it shows as zero. False, appending nothing, when not finite.
 bool AppendFixed(std::string& out, double value, int decimals);
+// The longest text WriteFixed writes: 309 integer digits, a sign, a point and the decimals.
+constexpr std::size_t MaxFixedChars = 400;
+// The same, written at out (room for MaxFixedChars); returns the end of the text, or null
+// when value is not finite.
+char* WriteFixed(char* out, double value, int decimals);
 
 // True for a line that holds column names rather than numbers: no coordinate column reads
 // as a number or an angle.

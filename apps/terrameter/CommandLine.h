@@ -11,6 +11,7 @@
 //   terrameter -G:"group" -S:"system" [--data <data source>]
 //   terrameter --batch -G:"group" -S:"system" [--data <source>] [--inverse] [--columns <spec>]
 //              [--header|--no-header] [--separator <name>] [--threads <n>] [in|-] [out|-]
+//   terrameter [--data <data source>]        (the system chosen in the selection dialog)
 //   terrameter --help | --version
 struct TerrameterOptions {
     QString group, system;

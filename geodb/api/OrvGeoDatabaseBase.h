@@ -101,6 +101,9 @@ public:
     virtual bool SetSystemInUse(const QString& group, const QString& system,
                                 const QString& projectId, bool inUse) = 0;
     virtual bool IsSystemInUse(const QString& group, const QString& system) = 0;
+    // The projects that use a stored system, in the order of their ids; empty for a system
+    // no project uses, for an unknown one and for a read that failed (LastError says so).
+    virtual QStringList GetSystemProjects(const QString& group, const QString& system) = 0;
     // Chart datum of a stored system's vertical datum transformation (empty = none).
     virtual QString GetChartDatum(const QString& group, const QString& system) = 0;
     // Longitude of a stored system's prime meridian, degrees east of Greenwich (0 = Greenwich).

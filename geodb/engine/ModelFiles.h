@@ -44,7 +44,8 @@ QString FindVDatumGeoid(const QString& model, const QString& commonFolder);
 QString FindChartDatumGrid(const QString& model, const QString& chartDatum,
                            const QString& commonFolder);
 
-// PROJ's data folders of this installation (its default search path).
+// PROJ's data folders as the loaded PROJ reports them (its search path, which follows
+// PROJ_DATA), then the data folder PROJ was installed with.
 QStringList ProjDataFolders();
 
 } // namespace ModelFiles

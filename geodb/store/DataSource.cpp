@@ -1,8 +1,8 @@
 #include "store/DataSource.h"
 
 #include "util/BrandingConfig.h"
+#include "util/InstallLayout.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 
@@ -21,18 +21,13 @@ QString DataSource::DefaultSystemDbPath() {
     const QString fromEnv = qEnvironmentVariable("ORV_SYSTEM_DB");
     if (!fromEnv.isEmpty())
         return fromEnv;
-    QStringList candidates;
-    if (QCoreApplication::instance()) {
-        const QString appDir = QCoreApplication::applicationDirPath();
-        candidates << appDir + QStringLiteral("/../share/orv/") + SystemDbName
-                   << appDir + QLatin1Char('/') + SystemDbName;
-    }
-    candidates << QStringLiteral(ORV_BUILD_SYSTEM_DB);
-    for (const QString& candidate : candidates) {
-        if (QFileInfo::exists(candidate))
-            return QFileInfo(candidate).absoluteFilePath();
-    }
-    return QStringLiteral(ORV_BUILD_SYSTEM_DB);
+    // Beside the library: share/orv of its install prefix, or in the build tree the link there
+    // to the generated file, which is named as itself. A missing file still names the place,
+    // so the failure says where it looked.
+    const QString folder = InstallLayout::DataFolder();
+    const QString path = QDir(folder).filePath(SystemDbName);
+    const QString file = QFileInfo(path).canonicalFilePath();
+    return file.isEmpty() ? path : file;
 }
 
 std::optional<DataSource> DataSource::Resolve(const QString& dllType, QString* error) {

@@ -19,8 +19,8 @@ struct DataSource {
 
     // Parses the string; nullopt with a reason for a string the library does not know.
     static std::optional<DataSource> Resolve(const QString& dllType, QString* error = nullptr);
-    // The default system database: ORV_SYSTEM_DB, then beside the library and the program
-    // (share/orv/ and the program's folder), then the build tree's.
+    // The default system database: ORV_SYSTEM_DB, else orv-system.db in the data folder
+    // beside the library (InstallLayout).
     static QString DefaultSystemDbPath();
     static QString UserDbPathIn(const QString& folder);
 };

@@ -193,6 +193,13 @@ QString Users(const QString& what, const QList<SystemUse>& users, int predefined
     return out;
 }
 
+QString Projects(const QStringList& projects) {
+    if (projects.isEmpty())
+        return QString();
+    return Line(
+        1, QStringLiteral("Used by the projects: %1").arg(projects.join(QStringLiteral(", "))));
+}
+
 QString GeoidSummary(const SystemRecord& s) {
     if (!s.geoidOn || s.geoidMethod.isEmpty())
         return QStringLiteral("none");

@@ -42,6 +42,8 @@ struct SystemUse {
 // The lines that tell who shares a datum transformation or a projection ("what" names the
 // kind): the user systems one by one with their projects, the pre-defined ones as a count.
 QString Users(const QString& what, const QList<SystemUse>& users, int predefinedCount);
+// The line of a system's information text that names the projects using it (none: empty).
+QString Projects(const QStringList& projects);
 
 // The short texts the overview and the command-line tool share.
 QString GeoidSummary(const SystemRecord& system);

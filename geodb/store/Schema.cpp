@@ -352,6 +352,10 @@ QString NameKey(const QString& name) {
     // than one letter ("ß" and "ẞ" to "ss", "ﬁ" to "fi"); the simple folding at the end
     // settles the few letters whose lower case is not their folded form. The dotless "ı"
     // folds to itself, not to "i" (which raising it would give).
+    // Plain ASCII, as almost every stored name is, folds to its lower case: the lists of
+    // thousands of names compare their keys.
+    if (std::all_of(name.cbegin(), name.cend(), [](QChar c) { return c.unicode() < 0x80; }))
+        return name.toLower();
     const QChar dotless(0x0131);
     QStringList parts = name.split(dotless);
     for (QString& part : parts)

@@ -383,6 +383,8 @@ QString SqliteGeoDatabase::GetSystemInfoText(QString& out, const QString& group,
         return out;
     out = InfoTexts::System(*s, dtf ? &*dtf : nullptr, prj ? &*prj : nullptr,
                             unit ? &*unit : nullptr);
+    QString unread; // an information text: a failed read lists no project
+    out += InfoTexts::Projects(SystemWriter::ProjectsUsing(*m_store, s->name, &unread));
     return out;
 }
 
@@ -559,6 +561,15 @@ bool SqliteGeoDatabase::IsSystemInUse(const QString& group, const QString& syste
     QString* e = Begin();
     const auto s = System(group, system);
     return s && SystemWriter::IsInUse(*m_store, s->name, e);
+}
+
+QStringList SqliteGeoDatabase::GetSystemProjects(const QString& group, const QString& system) {
+    QString* e = Begin();
+    const auto s = System(group, system);
+    if (!s)
+        return {};
+    const QStringList projects = SystemWriter::ProjectsUsing(*m_store, s->name, e);
+    return Failed() ? QStringList() : projects;
 }
 
 QHash<QString, int> SqliteGeoDatabase::GetEpsgCodes(GeoEntryKind kind) {

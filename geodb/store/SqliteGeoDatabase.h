@@ -83,6 +83,7 @@ public:
     bool SetSystemInUse(const QString& group, const QString& system, const QString& projectId,
                         bool inUse) override;
     bool IsSystemInUse(const QString& group, const QString& system) override;
+    QStringList GetSystemProjects(const QString& group, const QString& system) override;
     QString GetChartDatum(const QString& group, const QString& system) override;
     double GetPrimeMeridian(const QString& group, const QString& system) override;
     QHash<QString, int> GetEpsgCodes(GeoEntryKind kind) override;

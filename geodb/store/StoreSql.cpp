@@ -289,11 +289,18 @@ void SortNames(QStringList& names) {
         const int c = a.compare(b, Qt::CaseInsensitive);
         return c != 0 ? c < 0 : a < b;
     });
-    names.erase(std::unique(names.begin(), names.end(),
-                            [](const QString& a, const QString& b) {
-                                return OrvSchema::NameKey(a) == OrvSchema::NameKey(b);
-                            }),
-                names.end());
+    // one key per name: a name is dropped when its key is the last kept one's
+    QStringList kept;
+    kept.reserve(names.size());
+    QString lastKey;
+    for (const QString& name : std::as_const(names)) {
+        QString key = OrvSchema::NameKey(name);
+        if (!kept.isEmpty() && key == lastKey)
+            continue;
+        kept.append(name);
+        lastKey = std::move(key);
+    }
+    names = std::move(kept);
 }
 
 } // namespace StoreSql

@@ -655,11 +655,7 @@ bool Remove(GeoStore& store, const QString& group, const QString& system, QStrin
                      .arg(system, group);
         return false;
     }
-    const QStringList projects =
-        StoreSql::Column(db,
-                         QStringLiteral("SELECT project FROM system_use WHERE system_key = ? "
-                                        "ORDER BY project"),
-                         {Key(found->name)}, &failure);
+    const QStringList projects = ProjectsUsing(store, found->name, &failure);
     if (!failure.isEmpty()) {
         *error = failure;
         return false;
@@ -741,6 +737,13 @@ bool IsInUse(const GeoStore& store, const QString& system, QString* error) {
     return StoreSql::HasRow(store.userDb(),
                             QStringLiteral("SELECT 1 FROM system_use WHERE system_key = ?"),
                             {Key(system)}, error);
+}
+
+QStringList ProjectsUsing(const GeoStore& store, const QString& system, QString* error) {
+    return StoreSql::Column(
+        store.userDb(),
+        QStringLiteral("SELECT project FROM system_use WHERE system_key = ? ORDER BY project"),
+        {Key(system)}, error);
 }
 
 } // namespace SystemWriter

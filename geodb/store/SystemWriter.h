@@ -34,5 +34,7 @@ bool SetInUse(GeoStore& store, const QString& group, const QString& system,
               const QString& projectId, bool inUse, QString* error);
 // A project uses the system; false with error set when that cannot be read.
 bool IsInUse(const GeoStore& store, const QString& system, QString* error);
+// The projects that use the system, by id; empty with error set when that cannot be read.
+QStringList ProjectsUsing(const GeoStore& store, const QString& system, QString* error);
 
 } // namespace SystemWriter

@@ -221,6 +221,8 @@ TEST(StoreDamage, ReadsThatFailAfterOpeningFailTheOperationAndSayWhy) {
     ExpectReadFailure(*db, file, "GetDtfInfoText");
     EXPECT_TRUE(db->GetSystemInfoText(text, group, system, {}, {}, {}, {}, {}).isEmpty());
     ExpectReadFailure(*db, file, "GetSystemInfoText");
+    EXPECT_TRUE(db->GetSystemProjects(group, system).isEmpty());
+    ExpectReadFailure(*db, file, "GetSystemProjects");
     EXPECT_TRUE(db->GetProjectionInfoText(projection).isEmpty());
     ExpectReadFailure(*db, file, "GetProjectionInfoText");
     QString g, s;

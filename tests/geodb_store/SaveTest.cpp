@@ -332,6 +332,41 @@ TEST_F(StoreSave, RemovingIsRefusedForPredefinedUnknownAndUsedSystems) {
     EXPECT_TRUE(m_db->UnitNameExists(QStringLiteral("Quay wall-unit")));
 }
 
+// The projects that use a system are listed by id, whatever the letter case of the names
+// asked with, for a pre-defined system too; the system's information text names them.
+TEST_F(StoreSave, ProjectsUsingASystemAreListedAndNamedInItsText) {
+    const QString group = QStringLiteral("Ports");
+    const QString quay = QStringLiteral("Quay wall");
+    const QString utm = QStringLiteral("ED50 / UTM zone 31N");
+    FillNewSystem(*m_sd, group, quay);
+    ASSERT_TRUE(m_sd->SaveCoordSys());
+    QString text;
+    EXPECT_TRUE(m_db->GetSystemProjects(group, quay).isEmpty());
+    EXPECT_TRUE(m_db->LastError().isEmpty());
+    m_db->GetSystemInfoText(text, group, quay, {}, {}, {}, {}, {});
+    EXPECT_FALSE(text.contains(QStringLiteral("Used by the projects")));
+
+    for (const char* project : {"P-9", "P-10", "Dredging 2024"})
+        ASSERT_TRUE(m_db->SetSystemInUse(group, quay, QString::fromLatin1(project), true));
+    ASSERT_TRUE(m_db->SetSystemInUse(QStringLiteral("Europe"), utm, QStringLiteral("P-1"), true));
+    const QStringList used{QStringLiteral("Dredging 2024"), QStringLiteral("P-10"),
+                           QStringLiteral("P-9")};
+    EXPECT_EQ(m_db->GetSystemProjects(QStringLiteral("PORTS"), QStringLiteral("quay WALL")), used);
+    EXPECT_EQ(m_db->GetSystemProjects(QStringLiteral("europe"), utm),
+              QStringList{QStringLiteral("P-1")});
+    m_db->GetSystemInfoText(text, group, quay, {}, {}, {}, {}, {});
+    EXPECT_TRUE(
+        text.endsWith(QStringLiteral("\tUsed by the projects: Dredging 2024, P-10, P-9\r\n")))
+        << text.toStdString();
+
+    // a system of another group or none at all is used by no project
+    EXPECT_TRUE(m_db->GetSystemProjects(QStringLiteral("Europe"), quay).isEmpty());
+    EXPECT_TRUE(m_db->GetSystemProjects(group, QStringLiteral("Nothing")).isEmpty());
+    ASSERT_TRUE(m_db->SetSystemInUse(group, quay, QStringLiteral("P-10"), false));
+    EXPECT_EQ(m_db->GetSystemProjects(group, quay),
+              (QStringList{QStringLiteral("Dredging 2024"), QStringLiteral("P-9")}));
+}
+
 TEST_F(StoreSave, AddUnitRefusesBadNamesAndFactors) {
     // An empty name is a name like any other: stored once, then refused as existing.
     ASSERT_TRUE(m_db->AddUnit(QString(), 1.0, QString())) << m_db->LastError().toStdString();

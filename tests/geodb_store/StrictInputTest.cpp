@@ -42,6 +42,10 @@ TEST(NameKeys, FoldCaseFullyButKeepTheDotlessI) {
     EXPECT_EQ(NameKey(QStringLiteral("ΣΊΣΥΦΟΣ")), NameKey(QStringLiteral("σίσυφος")));
     EXPECT_NE(NameKey(QStringLiteral("Kırıkkale")), NameKey(QStringLiteral("Kirikkale")));
     EXPECT_NE(NameKey(QStringLiteral("Gauss")), NameKey(QStringLiteral("Gaus")));
+    // plain ASCII takes a short way to the same key
+    EXPECT_EQ(NameKey(QStringLiteral("OSGB36 / British National Grid")),
+              QStringLiteral("osgb36 / british national grid"));
+    EXPECT_EQ(NameKey(QStringLiteral("GAUSS")), NameKey(QStringLiteral("GAUẞ")));
     // Folding twice changes nothing: keys of keys are keys.
     for (const QString& name : {QStringLiteral("Straße"), QStringLiteral("İzmir"),
                                 QStringLiteral("ŉ"), QStringLiteral("ﬃ")})

@@ -26,7 +26,7 @@ const QString Bng = QStringLiteral("OSGB36 / British National Grid");
 const QString Group = QStringLiteral("Survey UK");
 const QString System = QStringLiteral("BNG survey");
 // The parameters of the calculator for Group and System: each name whole, in quotes.
-const QString Parameters = QStringLiteral(" -G:\"Survey UK\" -S:\"BNG survey\"");
+const QString NamesOnly = QStringLiteral(" -G:\"Survey UK\" -S:\"BNG survey\"");
 const QString StartFailed = QStringLiteral("Start terrameter failed");
 const QString SaveFailed = QStringLiteral("The coordinate system could not be saved.\n");
 
@@ -68,6 +68,11 @@ protected:
         QString dataFolder;
         utility.GetCommonFolders(dataFolder);
         return utility.GetProgramFolder();
+    }
+    // The names, then the wizard's data source, so that the calculator opens the database the
+    // system was saved in.
+    QString parameters(const QString& names = NamesOnly) const {
+        return names + QStringLiteral(" --data \"") + data.dllType() + QStringLiteral("\"");
     }
     bool stored(const QString& group, const QString& system) {
         QStringList systems;
@@ -158,7 +163,7 @@ TEST_F(OverviewPage, BusyDatabaseLosesNothing) {
     OpenOnBng();
     ui.ExpectStartProgram(
         CalculatorProgram::ProgramFile(CalculatorProgram::DefaultKey(), programFolder()),
-        Parameters);
+        parameters());
     Click(12, QStringLiteral("terrameter")); // saved once
     ASSERT_TRUE(stored(Group, System));
     sd()->SetGroupName(QStringLiteral("Moved"));
@@ -197,7 +202,7 @@ TEST_F(OverviewPage, TerrameterSavesAndStartsTheBuiltCalculator) {
                                                    QStringLiteral("/../apps/terrameter/terrameter"))
                                              .canonicalFilePath());
 
-    ui.ExpectStartProgram(program, Parameters, true);
+    ui.ExpectStartProgram(program, parameters(), true);
     Click(12, QStringLiteral("terrameter"));
     EXPECT_EQ(ui.PendingCount(), 0);
     EXPECT_EQ(ui.Events().constLast().folder, programFolder());
@@ -206,7 +211,8 @@ TEST_F(OverviewPage, TerrameterSavesAndStartsTheBuiltCalculator) {
     EXPECT_EQ(ShownPage(), 12);
 
     sd()->AssignSystemName(QStringLiteral("BNG survey 2"));
-    ui.ExpectStartProgram(program, QStringLiteral(" -G:\"Survey UK\" -S:\"BNG survey 2\""), true);
+    ui.ExpectStartProgram(
+        program, parameters(QStringLiteral(" -G:\"Survey UK\" -S:\"BNG survey 2\"")), true);
     Click(12, QStringLiteral("terrameter"));
     EXPECT_TRUE(stored(Group, QStringLiteral("BNG survey 2")));
 
@@ -220,12 +226,12 @@ TEST_F(OverviewPage, TerrameterSavesAndStartsTheBuiltCalculator) {
 TEST_F(OverviewPage, TheSettingNamesTheCalculator) {
     writeSettings(QStringLiteral("[Programs]\nTerrameter=geocalc\n"));
     OpenOnBng();
-    ui.ExpectStartProgram(QDir(programFolder()).filePath(QStringLiteral("geocalc")), Parameters,
+    ui.ExpectStartProgram(QDir(programFolder()).filePath(QStringLiteral("geocalc")), parameters(),
                           true);
     Click(12, QStringLiteral("terrameter"));
 
     writeSettings(QStringLiteral("[Programs]\nTerrameter=/opt/survey/bin/calc\n"));
-    ui.ExpectStartProgram(QStringLiteral("/opt/survey/bin/calc"), Parameters, true);
+    ui.ExpectStartProgram(QStringLiteral("/opt/survey/bin/calc"), parameters(), true);
     Click(12, QStringLiteral("terrameter"));
 
     writeSettings(QStringLiteral("[Programs]\nTerrameter=\n"));
@@ -237,7 +243,7 @@ TEST_F(OverviewPage, TheSettingNamesTheCalculator) {
 TEST_F(OverviewPage, FailedStartBeepsAndSaysSo) {
     writeSettings(QStringLiteral("[Programs]\nTerrameter=/no/such/calculator\n"));
     OpenOnBng();
-    ui.ExpectStartProgram(QStringLiteral("/no/such/calculator"), Parameters, false);
+    ui.ExpectStartProgram(QStringLiteral("/no/such/calculator"), parameters(), false);
     ui.ExpectMessage(StartFailed, QString(), MsgButtons::Ok, MsgAnswer::Ok);
     Click(12, QStringLiteral("terrameter"));
     EXPECT_EQ(ui.BeepCount(), 1);
@@ -289,10 +295,23 @@ TEST_F(OverviewPage, RealStartPassesTheNamesWhole) {
     ASSERT_TRUE(result.open(QIODevice::ReadOnly));
     const QStringList lines =
         QString::fromUtf8(result.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    ASSERT_EQ(lines.size(), 3);
+    ASSERT_EQ(lines.size(), 5);
     EXPECT_EQ(lines[0], QFileInfo(programFolder()).canonicalFilePath());
     EXPECT_EQ(lines[1], QStringLiteral("-G:Survey UK"));
     EXPECT_EQ(lines[2], QStringLiteral("-S:BNG survey"));
+    EXPECT_EQ(lines[3], QStringLiteral("--data"));
+    EXPECT_EQ(lines[4], data.dllType());
+}
+
+// A wizard on the default data source (the empty DLL type) passes the two names only; the
+// calculator then opens its own default, which is the same database.
+TEST(OverviewCalculatorParameters, DefaultDataSourceAddsNothing) {
+    EXPECT_EQ(WIZPage12::CalculatorParameters(QStringLiteral("Survey UK"),
+                                              QStringLiteral("BNG survey"), QString()),
+              NamesOnly);
+    EXPECT_EQ(WIZPage12::CalculatorParameters(QStringLiteral("G"), QStringLiteral("S"),
+                                              QStringLiteral("sqlite:/srv/survey data")),
+              QStringLiteral(" -G:\"G\" -S:\"S\" --data \"sqlite:/srv/survey data\""));
 }
 
 // The empty page the sheet can place in the flow: no banner, Back and Next, its text kept.

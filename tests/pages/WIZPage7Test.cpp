@@ -3,6 +3,7 @@
 #include "pages/WIZPage7.h"
 
 #include <QCheckBox>
+#include <QLabel>
 #include <QRadioButton>
 
 namespace {
@@ -21,6 +22,21 @@ protected:
 };
 
 } // namespace
+
+// The page opens on "Use existing projection" with the check box off and explains the
+// choice; the blank inside the quotes belongs to the text.
+TEST_F(ProjectionChoicePage, OpensOnUseExistingWithTheExplanation) {
+    EXPECT_EQ(Page(7)->Title(), QStringLiteral("Projection"));
+    EXPECT_TRUE(Control<QRadioButton>(7, QStringLiteral("optionExisting"))->isChecked());
+    EXPECT_FALSE(based()->isChecked());
+    EXPECT_EQ(
+        Control<QLabel>(7, QStringLiteral("prjChoiceInfo"))->text(),
+        QStringLiteral("If the option \"Use existing projection\" is selected, the projection "
+                       "parameters can not be modified.\nIf an existing projection has to be "
+                       "modified, select the option \" New projection\" with \"Based on "
+                       "existing projection\" checked.\nThe projection that can be selected "
+                       "or created will use the unit as selected in the unit page.\n"));
+}
 
 // A click rebuilds the page flow at once (7, 71, 72) but sets neither the sheet's projection
 // option nor its based-on flag: those come with Next.

@@ -1,9 +1,11 @@
 #include "PageTestSupport.h"
+#include "UserSystems.h"
 
 #include "api/OrvGeoStaticDataBase.h"
 #include "dialogs/CMaskEdit.h"
 #include "pages/WIZPage9.h"
 #include "resources/StringTable.h"
+#include "store/SqliteStaticData.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -103,4 +105,59 @@ TEST_F(ParametersPage, AScaleFactorNotBiggerThanPointEightIsRefused) {
     ui.ExpectMessage(QStringLiteral("The value of scale factor must be bigger than 0.8."));
     Next();
     EXPECT_EQ(ShownPage(), 9);
+}
+
+// A changed row of a user-defined projection asks whether to save the changes; the page stays
+// whatever the answer, and No also puts the keyboard focus into the name.
+TEST_F(ParametersPage, AChangedUserDefinedProjectionAsksAndStays) {
+    StoreUserSystem(data.dllType(), QStringLiteral("Harbour surveys"),
+                    QStringLiteral("Dover harbour grid"), [](OrvGeoStaticDataBase& sd) {
+                        sd.SetProjectionName(QStringLiteral("Dover TM"),
+                                             sd.GetPrjMethodId(QStringLiteral("Transverse "
+                                                                              "Mercator")));
+                    });
+    openOn(QStringLiteral("Dover TM"), 0);
+    ASSERT_EQ(row(4)->text(), QStringLiteral("400000.000000"));
+    row(4)->setText(QStringLiteral("400100.000000"));
+    row(4)->setFocus();
+    const QString question = LoadOrvString(StrId::PrjUserDefinedChanged);
+    ui.ExpectMessage(question, caption(), MsgButtons::YesNo, MsgAnswer::Yes);
+    Next();
+    EXPECT_EQ(ShownPage(), 9);
+    EXPECT_EQ(Page(9)->focusWidget(), row(4));
+    ui.ExpectMessage(question, caption(), MsgButtons::YesNo, MsgAnswer::No);
+    Next();
+    EXPECT_EQ(ShownPage(), 9);
+    EXPECT_EQ(Page(9)->focusWidget(), Control<QLineEdit>(9, QStringLiteral("nameEdit")));
+    EXPECT_EQ(row(4)->text(), QStringLiteral("400100.000000"));
+}
+
+// UTM is fixed to metres: choosing it for a system in feet says so, and Next refuses it.
+TEST_F(ParametersPage, AMethodFixedAsMetersInAnotherUnitIsRefused) {
+    openOn(QStringLiteral("British National Grid"), 1, true);
+    wizard.SetUnit(QStringLiteral("US survey foot"));
+    Control<QLineEdit>(9, QStringLiteral("nameEdit"))->setText(QStringLiteral("Feet grid"));
+    const QString message = LoadOrvString(StrId::PrjUnitFixedSelectAnother);
+    ui.ExpectMessage(message, QString(), MsgButtons::Ok, MsgAnswer::Ok);
+    choose(QStringLiteral("methodCombo"), QStringLiteral("UTM"));
+    EXPECT_TRUE(page()->IsUtmMode());
+    ui.ExpectMessage(message, QString(), MsgButtons::Ok, MsgAnswer::Ok);
+    Next();
+    EXPECT_EQ(ShownPage(), 9);
+    // the method that is free of units goes on in feet
+    choose(QStringLiteral("methodCombo"), QStringLiteral("Transverse Mercator"));
+    Next();
+    EXPECT_EQ(ShownPage(), 13);
+}
+
+// A row that is no number is refused and the static data keeps its projection.
+TEST_F(ParametersPage, ARowThatIsNoNumberIsRefused) {
+    openOn(QStringLiteral("British National Grid"), 1, true);
+    Control<QLineEdit>(9, QStringLiteral("nameEdit"))->setText(QStringLiteral("Typed grid"));
+    row(4)->setText(QStringLiteral("four hundred"));
+    ui.ExpectMessage(LoadOrvString(StrId::EnterNumber), QString(), MsgButtons::Ok, MsgAnswer::Ok);
+    Next();
+    EXPECT_EQ(ShownPage(), 9);
+    EXPECT_NE(dynamic_cast<SqliteStaticData&>(*wizard.GetGeoStatic()).Draft().projection.name,
+              QStringLiteral("Typed grid"));
 }

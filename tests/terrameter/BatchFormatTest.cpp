@@ -192,3 +192,23 @@ TEST(BatchNumbers, PlainDecimalsReadAsFromCharsReadsThem) {
         }
     }
 }
+
+TEST(BatchNumbers, LongDigitStringsReadAsFromCharsReadsThem) {
+    // Beyond 19 digits the digits no longer fit 64 bits; leading zeros carry no value.
+    std::mt19937_64 random(11);
+    std::uniform_int_distribution<int> digit(0, 9), zeros(0, 24), length(1, 30);
+    for (int i = 0; i < 20000; ++i) {
+        std::string text = (i % 2 ? "0." : "") + std::string(std::size_t(zeros(random)), '0');
+        for (int k = length(random); k > 0; --k)
+            text += char('0' + digit(random));
+        if (i % 3 == 0)
+            text.insert(text.size() / 2, ".");
+        double expected = 0, read = 0;
+        const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), expected);
+        const bool valid = ec == std::errc() && end == text.data() + text.size();
+        ASSERT_EQ(ReadNumber(text, false, read), valid) << text;
+        if (valid) {
+            ASSERT_EQ(std::memcmp(&read, &expected, sizeof read), 0) << text;
+        }
+    }
+}

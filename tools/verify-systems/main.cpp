@@ -19,13 +19,17 @@
 
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationVersion(QStringLiteral(ORV_VERSION));
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
         "Checks the pre-defined coordinate systems against PROJ's EPSG operations."));
     parser.addHelpOption();
-    const QCommandLineOption data(QStringLiteral("data"),
-                                  QStringLiteral("Data source (default: the installed databases)."),
-                                  QStringLiteral("source"));
+    parser.addVersionOption();
+    const QCommandLineOption data(
+        QStringLiteral("data"),
+        QStringLiteral("Data source: \"\" (default) for the installed databases, "
+                       "\"sqlite:<folder>\" for the user database in <folder>."),
+        QStringLiteral("source"));
     const QCommandLineOption verbose(QStringLiteral("verbose"),
                                      QStringLiteral("List every system that does not agree."));
     const QCommandLineOption tolerance(QStringLiteral("tolerance"),
