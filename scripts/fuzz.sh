@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs every libFuzzer harness of tests/fuzz for ORV_FUZZ_SECONDS seconds (default 15), as
+# Runs every libFuzzer harness of tests/fuzz for ORV_FUZZ_SECONDS seconds (default 10), as
 # many at a time as there are cores, each from its seed corpus. Usage: fuzz.sh <build folder
 # configured with ORV_BUILD_FUZZ>.
 #
@@ -10,7 +10,7 @@ set -uo pipefail
 
 ORV_ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 BUILD="${1:?usage: fuzz.sh <build folder>}"
-SECONDS_EACH="${ORV_FUZZ_SECONDS:-15}"
+SECONDS_EACH="${ORV_FUZZ_SECONDS:-10}"
 source "$ORV_ROOT/scripts/sanitizer-env.sh"
 export QT_QPA_PLATFORM=offscreen
 

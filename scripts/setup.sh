@@ -26,4 +26,9 @@ if ((${#missing[@]})); then
     DEBIAN_FRONTEND=noninteractive $SUDO apt-get install -y -qq --no-install-recommends "${missing[@]}"
 fi
 
-cmake -S "$ORV_ROOT" -B "$ORV_BUILD" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+# ORV_DEBUG_INFO=0 (CI) leaves out the debug information: the same code, a quarter less
+# build time.
+debug_info="-g"
+[ "${ORV_DEBUG_INFO:-1}" != 0 ] || debug_info=""
+cmake -S "$ORV_ROOT" -B "$ORV_BUILD" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+    "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O2 $debug_info -DNDEBUG" >/dev/null

@@ -53,13 +53,17 @@ QString QuickCheck(QSqlDatabase& db) {
     if (!q.exec(QStringLiteral("PRAGMA quick_check")))
         return StoreSql::ErrorText(q.lastError());
     QStringList found;
-    while (q.next())
-        found << q.value(0).toString();
+    while (q.next()) {
+        // One row may hold several findings, a line each, under a heading line.
+        for (const QString& line : q.value(0).toString().split(QLatin1Char('\n'))) {
+            if (!line.trimmed().isEmpty() && !line.startsWith(QLatin1String("***")))
+                found << line.trimmed();
+        }
+    }
     if (q.lastError().type() != QSqlError::NoError)
         return StoreSql::ErrorText(q.lastError());
     if (found == QStringList{QStringLiteral("ok")})
         return QString();
-    found.removeAll(QStringLiteral("*** in database main ***"));
     const qsizetype shown = std::min<qsizetype>(found.size(), 2);
     return found.mid(0, shown).join(QStringLiteral("; ")) +
            (found.size() > shown ? QStringLiteral("; ...") : QString());

@@ -240,9 +240,11 @@ TEST_F(EditorTest, OlderStoredGeoidNamesShowAsTheListNamesThem) {
     for (const auto& [stored, shown, file] : cases) {
         const QString system = QStringLiteral("Old %1").arg(++n);
         StoreHarbour(system);
+        // A copy: clang 14 cannot capture a structured binding.
+        const QString method = QString::fromLatin1(stored);
         Change(system, [&](OrvGeoStaticDataBase& s) {
             s.SetGeoidEnabled(true);
-            s.SetGeoidMethod(QString::fromLatin1(stored));
+            s.SetGeoidMethod(method);
             s.SetGeoidFile(QStringLiteral("site.grd"));
         });
         Open(kGroup, system);
