@@ -1,6 +1,7 @@
 #include "HostProgram.h"
 
 #include "api/OrvGeoFactories.h"
+#include "apps/CommandLineOption.h"
 #include "resources/StringTable.h"
 #include "selection/SysSelectionDlg.h"
 #include "store/DataSource.h"
@@ -15,31 +16,6 @@ namespace {
 
 // The data source in every program is --data; --data-source is the older spelling.
 const QStringList DataOptionNames = {QStringLiteral("--data"), QStringLiteral("--data-source")};
-
-// "--name value" or "--name=value" for any of names. matched tells whether args[i] is the
-// option; false with a message when its value is missing.
-bool OptionValue(const QStringList& args, int& i, const QStringList& names, QString& value,
-                 bool& matched, QString& error) {
-    const QString& arg = args.at(i);
-    matched = false;
-    for (const QString& name : names) {
-        if (arg == name) {
-            matched = true;
-            if (i + 1 >= args.size()) {
-                error = QStringLiteral("%1 needs a value.").arg(name);
-                return false;
-            }
-            value = args.at(++i);
-            return true;
-        }
-        if (arg.startsWith(name + QLatin1Char('='))) {
-            matched = true;
-            value = arg.mid(name.size() + 1);
-            return true;
-        }
-    }
-    return true;
-}
 
 // A mode option; false with a message when another mode was chosen before.
 bool SetMode(HostOptions& options, HostOptions::Mode mode, const QString& arg, QString& chosen,

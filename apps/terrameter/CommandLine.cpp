@@ -2,6 +2,7 @@
 
 #include "BatchFormat.h"
 #include "api/OrvGeoFactories.h"
+#include "apps/CommandLineOption.h"
 
 #include <string_view>
 
@@ -16,27 +17,6 @@ QString Unquote(QString value) {
     if (value.size() >= 2 && value.startsWith(QLatin1Char('"')) && value.endsWith(QLatin1Char('"')))
         value = value.mid(1, value.size() - 2);
     return value;
-}
-
-// "--name value" or "--name=value"; false with a message when the value is missing.
-bool OptionValue(const QStringList& args, int& i, const QString& name, QString& value,
-                 bool& matched, QString& error) {
-    const QString& arg = args.at(i);
-    matched = false;
-    if (arg == name) {
-        matched = true;
-        if (i + 1 >= args.size()) {
-            error = QStringLiteral("%1 needs a value.").arg(name);
-            return false;
-        }
-        value = args.at(++i);
-        return true;
-    }
-    if (arg.startsWith(name + QLatin1Char('='))) {
-        matched = true;
-        value = arg.mid(name.size() + 1);
-    }
-    return true;
 }
 
 } // namespace
@@ -63,16 +43,16 @@ bool ParseTerrameterArgs(const QStringList& args, TerrameterOptions& options, QS
             options.help = true;
         } else if (arg == u"--version") {
             options.version = true;
-        } else if (!OptionValue(args, i, QStringLiteral("--data"), value, matched, error)) {
+        } else if (!OptionValue(args, i, {QStringLiteral("--data")}, value, matched, error)) {
             return false;
         } else if (matched) {
             options.dataSource = value;
             options.dataSourceSet = true;
-        } else if (!OptionValue(args, i, QStringLiteral("--columns"), value, matched, error)) {
+        } else if (!OptionValue(args, i, {QStringLiteral("--columns")}, value, matched, error)) {
             return false;
         } else if (matched) {
             options.columns = value;
-        } else if (!OptionValue(args, i, QStringLiteral("--separator"), value, matched, error)) {
+        } else if (!OptionValue(args, i, {QStringLiteral("--separator")}, value, matched, error)) {
             return false;
         } else if (matched) {
             BatchFormat::Separator separator;
@@ -83,7 +63,7 @@ bool ParseTerrameterArgs(const QStringList& args, TerrameterOptions& options, QS
                 return false;
             }
             options.separator = value;
-        } else if (!OptionValue(args, i, QStringLiteral("--threads"), value, matched, error)) {
+        } else if (!OptionValue(args, i, {QStringLiteral("--threads")}, value, matched, error)) {
             return false;
         } else if (matched) {
             bool ok = false;
