@@ -156,18 +156,15 @@ bool OpenSystemDb(const QString& path, const QString& connection, QString* error
     return true;
 }
 
-// Creates the schema in an empty file. Another process may be doing the same at this
-// moment: the write lock serialises the two, and the loser finds the schema in place.
-bool CreateSchemaIfEmpty(QSqlDatabase& db, QString* reason) {
+// Runs step in one write transaction taken with the write lock (BEGIN IMMEDIATE), so that
+// another process doing the same waits and then finds the work done; rolls back on failure.
+template <typename Step> bool UnderWriteLock(QSqlDatabase& db, QString* reason, Step step) {
     QSqlQuery q(db);
     if (!q.exec(QStringLiteral("BEGIN IMMEDIATE"))) {
         *reason = StoreSql::ErrorText(q.lastError());
         return false;
     }
-    const int count = TableCount(db, reason);
-    bool ok = count >= 0;
-    if (ok && count == 0)
-        ok = OrvSchema::Create(db, reason);
+    const bool ok = step();
     if (ok && q.exec(QStringLiteral("COMMIT"))) {
         GeoStore::NoteCommittedWrite();
         return true;
@@ -178,26 +175,22 @@ bool CreateSchemaIfEmpty(QSqlDatabase& db, QString* reason) {
     return false;
 }
 
+// Creates the schema in an empty file. Another process may be doing the same at this
+// moment: the write lock serialises the two, and the loser finds the schema in place.
+bool CreateSchemaIfEmpty(QSqlDatabase& db, QString* reason) {
+    return UnderWriteLock(db, reason, [&] {
+        const int count = TableCount(db, reason);
+        return count > 0 || (count == 0 && OrvSchema::Create(db, reason));
+    });
+}
+
 // Brings a version 1 file up to date under the write lock; another process may have done
 // it meanwhile.
 bool UpgradeSchema(QSqlDatabase& db, QString* reason) {
-    QSqlQuery q(db);
-    if (!q.exec(QStringLiteral("BEGIN IMMEDIATE"))) {
-        *reason = StoreSql::ErrorText(q.lastError());
-        return false;
-    }
-    const int version = OrvSchema::VersionOf(db, reason);
-    bool ok = version >= 0;
-    if (ok && version != OrvSchema::Version)
-        ok = OrvSchema::Upgrade(db, reason);
-    if (ok && q.exec(QStringLiteral("COMMIT"))) {
-        GeoStore::NoteCommittedWrite();
-        return true;
-    }
-    if (ok)
-        *reason = StoreSql::ErrorText(q.lastError());
-    q.exec(QStringLiteral("ROLLBACK"));
-    return false;
+    return UnderWriteLock(db, reason, [&] {
+        const int version = OrvSchema::VersionOf(db, reason);
+        return version == OrvSchema::Version || (version >= 0 && OrvSchema::Upgrade(db, reason));
+    });
 }
 
 // The nearest folder of path that exists.
